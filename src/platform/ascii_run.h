@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+// Nearly every byte of a report is ASCII; these helpers handle eight such bytes at once.
+
+namespace tessary {
+
+inline constexpr std::size_t kWordBytes = sizeof(std::uint64_t);
+inline constexpr std::uint64_t kOnesOfWord = 0x0101010101010101u;
+inline constexpr std::uint64_t kHighBitsOfWord = 0x80 * kOnesOfWord;
+
+inline std::uint64_t LoadWord(const char* bytes) {
+  std::uint64_t word;
+  std::memcpy(&word, bytes, kWordBytes);
+  return word;
+}
+
+inline bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
+
+inline bool IsAsciiWord(std::uint64_t word) { return (word & kHighBitsOfWord) == 0; }
+
+// Position of the first byte at or behind `pos` that is not ASCII, or the text's size.
+inline std::size_t AsciiRunEnd(std::string_view text, std::size_t pos) {
+  while (text.size() - pos >= kWordBytes && IsAsciiWord(LoadWord(text.data() + pos)))
+    pos += kWordBytes;
+  while (pos < text.size() && IsAscii(text[pos])) ++pos;
+  return pos;
+}
+
+inline char LowerAscii(char byte) {
+  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
+}
+
+// `word`, all ASCII, with each of its capital letters made small. The high bit of every byte
+// serves as the result of a comparison; no byte carries over into its neighbour.
+inline std::uint64_t LowerAsciiWord(std::uint64_t word) {
+  const std::uint64_t from_a = word + (0x80 - 'A') * kOnesOfWord;
+  const std::uint64_t beyond_z = word + (0x7F - 'Z') * kOnesOfWord;
+  return word | (((from_a ^ beyond_z) & kHighBitsOfWord) >> 2);
+}
+
+}  // namespace tessary

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The component's view of files: the few operations the manager needs, so that tests can hand in
+// a file system in memory or one that fails on command. Every operation that can fail raises
+// Failure with a number of the classic run time: 52 bad name, 53 file not found, 57 device error,
+// 61 disk full, 67 too many files, 70 permission denied (also: a file copied onto itself), 75 path
+// or file access (a folder where a file is expected), 76 path not found.
+
+namespace tessary {
+
+// A file opened for reading.
+class FileReader {
+ public:
+  virtual ~FileReader() = default;
+  // The next bytes, at most `size`, into `buffer`; 0 at the end of the file.
+  virtual std::size_t Read(char* buffer, std::size_t size) = 0;
+  // The number of bytes that are likely still to come; a hint for reserving memory.
+  virtual std::size_t SizeHint() const = 0;
+};
+
+// A file whose contents are being replaced as a whole. Until Commit returns, the file holds what
+// it held before, unless the replacement works in place. An object that is destroyed without a
+// commit removes what it created beside the file.
+class FileReplacement {
+ public:
+  virtual ~FileReplacement() = default;
+  // Appends to the new contents.
+  virtual void Write(std::string_view bytes) = 0;
+  // Brings the new contents to the disk and puts them in the file's place, with owner,
+  // permissions and attributes kept. May be called once.
+  virtual void Commit() = 0;
+  // True once the file itself has been overwritten in part, so that a failure now leaves it damaged.
+  virtual bool Damaged() const = 0;
+};
+
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  // True when `path` names an existing file, or an existing folder; links are followed.
+  virtual bool FileExists(const std::string& path) = 0;
+  virtual bool FolderExists(const std::string& path) = 0;
+
+  // The names of the files in `folder` (no folders), ordered by name without regard to case, ties by bytes.
+  virtual std::vector<std::string> ListFiles(const std::string& folder) = 0;
+
+  virtual std::unique_ptr<FileReader> OpenForReading(const std::string& path) = 0;
+
+  // Opens `path` for being replaced, without touching it; a missing file is created by Commit.
+  // Fails where the file could not be written: read-only, no permission, a folder, no such path.
+  // A link is followed: its target is replaced and the link stays. Where no file can be created
+  // beside the target, or the target has several names (hard links), the replacement works in place.
+  virtual std::unique_ptr<FileReplacement> OpenForReplacing(const std::string& path) = 0;
+
+  // Copies the contents of `from` to `to`, replacing what `to` held; the copy is on the disk when
+  // the call returns. `to` is replaced as a whole or stays as it was.
+  // Failure 70 when both are the same file, also by way of links.
+  virtual void CopyFile(const std::string& from, const std::string& to) = 0;
+
+  // Gives a file another name in the same folder; Failure 58 when `to` exists.
+  virtual void RenameFile(const std::string& from, const std::string& to) = 0;
+
+  // True when both files can be read and hold the same bytes.
+  virtual bool SameContents(const std::string& a, const std::string& b) = 0;
+
+  // Creates one folder; its parent must exist.
+  virtual void CreateFolder(const std::string& path) = 0;
+
+  // Removes what a run that died may have left in `folder`; never fails.
+  virtual void RemoveLeftovers(const std::string& folder) = 0;
+
+  // The value of a key as the system's profile-string reader gives it, at most 2047 characters;
+  // empty when the file, the section or the key is missing.
+  virtual std::string ReadProfileString(const std::string& path, std::string_view section,
+                                        std::string_view key) = 0;
+};
+
+// The whole contents of a file.
+std::string ReadWholeFile(FileReader& file);
+
+// The file system of this computer; lives as long as the process.
+FileSystem& SystemFiles();
+
+}  // namespace tessary

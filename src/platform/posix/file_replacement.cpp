@@ -1,0 +1,221 @@
+// Two ways of replacing a file. The safe one writes a temporary file beside it, which is given the
+// file's attributes first and takes its name at last. Where that would lose something (other names
+// of the file, an owner that cannot be given away) or the folder takes no new file, the new
+// contents are collected in memory and written over the old ones at the end.
+
+#include "platform/posix/file_replacement.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <optional>
+
+#include "platform/failure.h"
+#include "platform/path.h"
+#include "platform/posix/file_attributes.h"
+#include "platform/posix/posix_errors.h"
+#include "platform/posix/posix_io.h"
+#include "platform/posix/temporary_file.h"
+
+namespace tessary {
+
+namespace {
+
+void CopyChangeTime(const struct stat& status, int to) {
+  const timespec times[2] = {{0, UTIME_OMIT}, status.st_mtim};
+  futimens(to, times);
+}
+
+void CopyOwnerAndPermissions(const struct stat& status, int to) {
+  // Only privileged users can give files away; with others the copy stays theirs.
+  [[maybe_unused]] const int ignored = fchown(to, status.st_uid, status.st_gid);
+  // The owner may write, so that the copy of a read-only file can be replaced by the next.
+  fchmod(to, (status.st_mode & 0777) | S_IWUSR);
+}
+
+class TemporaryReplacement final : public PosixReplacement {
+ public:
+  TemporaryReplacement(std::string target, std::unique_ptr<TemporaryFile> file, bool is_new)
+      : target_(std::move(target)), file_(std::move(file)), is_new_(is_new) {
+    buffer_.reserve(kBufferSize);
+  }
+
+  void Write(std::string_view bytes) override {
+    if (buffer_.size() + bytes.size() > kBufferSize) WriteBuffer();
+    if (bytes.size() >= kBufferSize) {
+      WriteOut(bytes);
+    } else {
+      buffer_.append(bytes);
+    }
+  }
+
+  void Commit() override {
+    if (!usable_) throw Failure(kInvalidCall);
+    WriteBuffer();
+    usable_ = false;
+    if (copied_status_) CopyChangeTime(*copied_status_, file_->fd());
+    Flush(file_->fd());
+    file_->MoveTo(target_);
+    FlushFolder(FolderHolding(target_));
+  }
+
+  bool Damaged() const override { return false; }
+
+  void CopyStatus(const struct stat& status) override {
+    copied_status_ = status;
+    if (is_new_) CopyOwnerAndPermissions(status, file_->fd());
+  }
+
+ private:
+  static constexpr std::size_t kBufferSize = std::size_t{256} << 10;
+
+  void WriteBuffer() {
+    WriteOut(buffer_);
+    buffer_.clear();
+  }
+
+  // Once a part of the contents is lost there is nothing left to commit.
+  void WriteOut(std::string_view bytes) {
+    usable_ = false;
+    WriteAll(file_->fd(), bytes);
+    usable_ = true;
+  }
+
+  std::string target_;
+  std::unique_ptr<TemporaryFile> file_;
+  bool is_new_;
+  bool usable_ = true;
+  std::string buffer_;
+  std::optional<struct stat> copied_status_;
+};
+
+class InPlaceReplacement final : public PosixReplacement {
+ public:
+  explicit InPlaceReplacement(OpenedFile file) : file_(std::move(file)) {}
+
+  void Write(std::string_view bytes) override { contents_.append(bytes); }
+
+  void Commit() override {
+    if (committed_) throw Failure(kInvalidCall);
+    committed_ = true;
+    ReserveSpace();
+    WriteContents();
+    if (copied_status_) CopyChangeTime(*copied_status_, file_.fd.get());
+    Flush(file_.fd.get());
+    damaged_ = false;
+  }
+
+  bool Damaged() const override { return damaged_; }
+
+  void CopyStatus(const struct stat& status) override { copied_status_ = status; }
+
+ private:
+  // A disk without room for the new contents shows while the old ones are still whole.
+  void ReserveSpace() {
+    const off_t old_size = file_.status.st_size;
+    const auto new_size = static_cast<off_t>(contents_.size());
+    if (new_size <= old_size) return;
+    const int error = posix_fallocate(file_.fd.get(), old_size, new_size - old_size);
+    if (error == 0 || error == EOPNOTSUPP || error == EINVAL) return;
+    damaged_ = ftruncate(file_.fd.get(), old_size) != 0;
+    FailWith(error);
+  }
+
+  void WriteContents() {
+    for (std::string_view rest = contents_; !rest.empty(); damaged_ = true)
+      rest.remove_prefix(WriteSome(file_.fd.get(), rest));
+    if (ftruncate(file_.fd.get(), static_cast<off_t>(contents_.size())) != 0) FailWith(errno);
+    damaged_ = true;
+  }
+
+  OpenedFile file_;
+  std::string contents_;
+  bool committed_ = false;
+  bool damaged_ = false;
+  std::optional<struct stat> copied_status_;
+};
+
+// The target of the link `path` as a path; nothing when `path` is no link.
+std::optional<std::string> LinkTarget(const std::string& path) {
+  std::string target(256, '\0');
+  while (true) {
+    const ssize_t size = readlink(path.c_str(), target.data(), target.size());
+    if (size < 0) return std::nullopt;
+    if (static_cast<std::size_t>(size) < target.size()) {
+      target.resize(static_cast<std::size_t>(size));
+      break;
+    }
+    target.resize(2 * target.size());
+  }
+  const bool absolute = target.starts_with(kPathSeparator);
+  return absolute ? target : JoinPath(FolderHolding(path), target);
+}
+
+// Nothing when there is no such file; other failures are raised.
+std::optional<std::string> RealPath(const std::string& path) {
+  char* const resolved = realpath(path.c_str(), nullptr);
+  if (resolved == nullptr) {
+    if (errno == ENOENT) return std::nullopt;
+    FailWith(errno);
+  }
+  std::string result(resolved);
+  std::free(resolved);
+  return result;
+}
+
+// `path` with every link followed. The file itself may be missing, also behind links, but not its
+// folder.
+std::string ResolveTarget(std::string path) {
+  constexpr int kMostLinks = 40;
+  for (int i = 0; i < kMostLinks; ++i) {
+    if (auto existing = RealPath(path)) return *std::move(existing);
+    if (path.ends_with(kPathSeparator)) throw Failure(kPathNotFound);
+    const auto folder = RealPath(FolderHolding(path));
+    if (!folder) throw Failure(kPathNotFound);
+    std::string missing = JoinPath(*folder, FileNameOf(path));
+    auto next = LinkTarget(missing);
+    if (!next) return missing;
+    path = *std::move(next);
+  }
+  throw Failure(kBadFileName);
+}
+
+bool RefusesNewFiles(int error) { return error == EACCES || error == EPERM || error == EROFS; }
+
+std::unique_ptr<PosixReplacement> ReplaceExisting(std::string target, OpenedFile file) {
+  // Privileged users can open such a file all the same, but it was locked on purpose.
+  if ((file.status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) throw Failure(kPermissionDenied);
+  if (file.status.st_nlink == 1) {
+    int error = 0;
+    auto temporary = TemporaryFile::TryCreate(target, S_IRUSR | S_IWUSR, error);
+    if (!temporary && !RefusesNewFiles(error)) FailWith(error);
+    if (temporary && CopyAttributes(file.fd.get(), file.status, temporary->fd()))
+      return std::make_unique<TemporaryReplacement>(std::move(target), std::move(temporary), false);
+  }
+  return std::make_unique<InPlaceReplacement>(std::move(file));
+}
+
+std::unique_ptr<PosixReplacement> ReplaceMissing(std::string target) {
+  int error = 0;
+  auto temporary = TemporaryFile::TryCreate(target, 0666, error);
+  if (!temporary) FailOpening(target, error);
+  return std::make_unique<TemporaryReplacement>(std::move(target), std::move(temporary), true);
+}
+
+}  // namespace
+
+std::unique_ptr<PosixReplacement> OpenReplacement(const std::string& path) {
+  CheckPath(path);
+  std::string target = ResolveTarget(path);
+  struct stat status;
+  if (stat(target.c_str(), &status) == 0) {
+    OpenedFile file = OpenRegularFile(target, O_WRONLY);
+    return ReplaceExisting(std::move(target), std::move(file));
+  }
+  if (errno != ENOENT) FailWith(errno);
+  return ReplaceMissing(std::move(target));
+}
+
+}  // namespace tessary

@@ -1,0 +1,177 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <new>
+
+#include "platform/failure.h"
+#include "platform/file_names.h"
+#include "platform/file_system.h"
+#include "platform/path.h"
+#include "platform/posix/directory.h"
+#include "platform/posix/file_replacement.h"
+#include "platform/posix/posix_errors.h"
+#include "platform/posix/posix_io.h"
+#include "platform/posix/temporary_file.h"
+#include "platform/profile_string.h"
+
+namespace tessary {
+
+namespace {
+
+constexpr std::size_t kBlockSize = std::size_t{64} << 10;
+
+bool StatusOf(const std::string& path, struct stat& status) {
+  return path.find('\0') == std::string::npos && stat(path.c_str(), &status) == 0;
+}
+
+bool SameFile(const struct stat& a, const struct stat& b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+class PosixReader final : public FileReader {
+ public:
+  explicit PosixReader(OpenedFile file)
+      : fd_(std::move(file.fd)), expected_(static_cast<std::size_t>(file.status.st_size)) {}
+
+  std::size_t Read(char* buffer, std::size_t size) override {
+    const std::size_t count = ReadSome(fd_.get(), buffer, size);
+    expected_ -= std::min(count, expected_);
+    return count;
+  }
+
+  std::size_t SizeHint() const override { return expected_; }
+
+ private:
+  FileDescriptor fd_;
+  std::size_t expected_;
+};
+
+// Reads until the buffer is full or the file ends.
+std::size_t FillBlock(int fd, char* buffer) {
+  std::size_t used = 0;
+  while (used < kBlockSize) {
+    const std::size_t count = ReadSome(fd, buffer + used, kBlockSize - used);
+    if (count == 0) break;
+    used += count;
+  }
+  return used;
+}
+
+bool SameBytes(int a, int b) {
+  std::string block_a(kBlockSize, '\0');
+  std::string block_b(kBlockSize, '\0');
+  while (true) {
+    const std::size_t size_a = FillBlock(a, block_a.data());
+    const std::size_t size_b = FillBlock(b, block_b.data());
+    if (size_a != size_b || block_a.compare(0, size_a, block_b, 0, size_b) != 0) return false;
+    if (size_a == 0) return true;
+  }
+}
+
+// Renames unless `to` exists; errno is set when the result is false.
+bool RenameToFreeName(const char* from, const char* to) {
+#if defined(RENAME_NOREPLACE)
+  if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
+  if (errno != EINVAL && errno != ENOSYS) return false;
+#endif
+  // Without the system's help the name can be taken between the two calls.
+  struct stat status;
+  if (lstat(to, &status) == 0) {
+    errno = EEXIST;
+    return false;
+  }
+  return rename(from, to) == 0;
+}
+
+class PosixFileSystem final : public FileSystem {
+ public:
+  bool FileExists(const std::string& path) override {
+    struct stat status;
+    return StatusOf(path, status) && !S_ISDIR(status.st_mode);
+  }
+
+  bool FolderExists(const std::string& path) override {
+    struct stat status;
+    return StatusOf(path, status) && S_ISDIR(status.st_mode);
+  }
+
+  std::vector<std::string> ListFiles(const std::string& folder) override {
+    std::vector<std::string> names = RegularFileNames(folder);
+    SortFileNames(names);
+    return names;
+  }
+
+  std::unique_ptr<FileReader> OpenForReading(const std::string& path) override {
+    return std::make_unique<PosixReader>(OpenRegularFile(path, O_RDONLY));
+  }
+
+  std::unique_ptr<FileReplacement> OpenForReplacing(const std::string& path) override {
+    return OpenReplacement(path);
+  }
+
+  void CopyFile(const std::string& from, const std::string& to) override {
+    const OpenedFile source = OpenRegularFile(from, O_RDONLY);
+    struct stat status;
+    if (StatusOf(to, status) && SameFile(source.status, status)) throw Failure(kPermissionDenied);
+    const auto copy = OpenReplacement(to);
+    copy->CopyStatus(source.status);
+    std::string block(kBlockSize, '\0');
+    while (const std::size_t size = ReadSome(source.fd.get(), block.data(), block.size()))
+      copy->Write(std::string_view(block).substr(0, size));
+    copy->Commit();
+  }
+
+  void RenameFile(const std::string& from, const std::string& to) override {
+    CheckPath(from);
+    CheckPath(to);
+    struct stat status;
+    if (lstat(from.c_str(), &status) != 0) FailOpening(from, errno);
+    if (S_ISDIR(status.st_mode)) throw Failure(kPathFileAccess);
+    if (!RenameToFreeName(from.c_str(), to.c_str())) FailOpening(to, errno);
+    FlushFolder(FolderHolding(to));
+  }
+
+  bool SameContents(const std::string& a, const std::string& b) override {
+    try {
+      const OpenedFile file_a = OpenRegularFile(a, O_RDONLY);
+      const OpenedFile file_b = OpenRegularFile(b, O_RDONLY);
+      return SameBytes(file_a.fd.get(), file_b.fd.get());
+    } catch (const Failure&) {
+      return false;
+    }
+  }
+
+  void CreateFolder(const std::string& path) override {
+    CheckPath(path);
+    if (mkdir(path.c_str(), 0777) != 0) {
+      if (errno == ENOENT) throw Failure(kPathNotFound);
+      FailWith(errno);
+    }
+    FlushFolder(FolderHolding(path));
+  }
+
+  void RemoveLeftovers(const std::string& folder) override { RemoveDeadTemporaryFiles(folder); }
+
+  std::string ReadProfileString(const std::string& path, std::string_view section,
+                                std::string_view key) override {
+    try {
+      return FindProfileString(ReadWholeFile(*OpenForReading(path)), section, key);
+    } catch (const Failure&) {
+    } catch (const std::bad_alloc&) {
+    }
+    return std::string();
+  }
+};
+
+}  // namespace
+
+FileSystem& SystemFiles() {
+  static PosixFileSystem files;
+  return files;
+}
+
+}  // namespace tessary

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tessary {
+
+// An empty folder on the disk, removed with all it holds at the end.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  const std::string& path() const { return path_; }
+  // The path of something in the folder.
+  std::string operator/(std::string_view name) const;
+
+ private:
+  std::string path_;
+};
+
+// Files on the disk, without the code under test.
+void PutFile(const std::string& path, std::string_view contents);
+std::string GetFile(const std::string& path);
+
+}  // namespace tessary
