@@ -1,0 +1,81 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "engine/ref.h"
+#include "engine/text_pool.h"
+
+namespace tessary {
+
+class Level;
+
+enum BXStatus : std::int32_t { bxsDelete = 0, bxsNew = 1, bxsUpdate = 2, bxsUnknown = 3 };
+
+enum BXLineType : std::int32_t { bxltSection = 0, bxltProperty = 1, bxltUnknown = 2 };
+
+// The columns of an element array.
+enum BXElementArray : std::int32_t {
+  bxeaStatus = 0,
+  bxeaName = 1,
+  bxeaKey = 2,
+  bxeaTyp = 3,
+  bxeaPosPrevName = 4,
+  bxeaPosPrevKey = 5,
+  bxeaPosPrevTyp = 6,
+  bxeaPosNextName = 7,
+  bxeaPosNextKey = 8,
+  bxeaPosNextTyp = 9,
+  bxeaPosNr = 10,
+  bxeaValue = 11,
+  bxeaElement = 12,
+};
+
+enum BXLevelBasisErrors : std::int32_t { bxlbeCheckMissingElements = 0 };
+
+// What identifies an element and tells its place: the columns bxeaName to bxeaPosNr.
+class ElementKey {
+ public:
+  ElementKey() = default;
+  // An element looked up by its identity alone; the position columns are empty.
+  ElementKey(Symbol name, Symbol key, Symbol typ) : texts_{name, key, typ} {}
+
+  Symbol operator[](BXElementArray column) const { return texts_[Place(column)]; }
+  Symbol& operator[](BXElementArray column) { return texts_[Place(column)]; }
+
+  // The identity without the position.
+  ElementKey Identity() const {
+    return {(*this)[bxeaName], (*this)[bxeaKey], (*this)[bxeaTyp]};
+  }
+
+ private:
+  static std::size_t Place(BXElementArray column) {
+    return static_cast<std::size_t>(column) - bxeaName;
+  }
+  std::array<Symbol, bxeaPosNr> texts_{};
+};
+
+// One row of an element array: a section or a property of a report. Its texts live in the pool of
+// the array. The child level is the object that holds a section's contents; one that nobody has
+// asked for yet is only noted by the number of its class, since most properties never need theirs.
+struct Element {
+  static constexpr std::int8_t kNoChild = -1;
+
+  ElementKey key;
+  const char* value_text = nullptr;
+  std::uint32_t value_size = 0;
+  std::int8_t status = bxsUnknown;
+  std::int8_t pending_child = kNoChild;
+  Ref<Level> child;
+
+  std::string_view value() const { return {value_text, value_size}; }
+  void set_value(std::string_view kept) {
+    value_text = kept.data();
+    value_size = static_cast<std::uint32_t>(kept.size());
+  }
+  bool HasChild() const { return child || pending_child != kNoChild; }
+};
+
+}  // namespace tessary

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "engine/element.h"
+#include "engine/level.h"
+#include "engine/ref.h"
+#include "engine/text_pool.h"
+
+namespace tessary {
+
+class ElementIndex;
+class RowOrder;
+
+// The element array of one level: its rows are the elements in file order, counted from 1.
+// A row number outside 1 .. rows() raises Failure 9 in every member that takes one.
+// Rows may be inserted and deleted anywhere at a cost that hardly depends on their number;
+// a reference to a row is valid until the next call that changes the array.
+class ElementTable : public RefCounted {
+ public:
+  explicit ElementTable(Ref<TextPool> pool);
+  ~ElementTable() override;
+
+  TextPool& pool() const { return *pool_; }
+  std::int32_t rows() const;
+  const Element& Row(std::int32_t row) const { return slots_[Slot(row)]; }
+
+  // Adds a row behind the last one.
+  void Append(Element element);
+  // Adds a row that takes the number `row`, 1 .. rows() + 1; later rows move down.
+  void Insert(std::int32_t row, Element element);
+  void Delete(std::int32_t row);
+  void DeleteAll();
+  // Deletes every row i for which marked[i - 1] is not 0, in one pass. Needs rows() marks.
+  void DeleteMarked(const std::vector<std::uint8_t>& marked);
+  // Orders the rows by status, ascending; rows of equal status keep their order.
+  void SortByStatus();
+
+  // Replaces one of the texts bxeaName .. bxeaPosNr; the symbol must be of this array's pool.
+  void SetText(std::int32_t row, BXElementArray column, Symbol text);
+  // The value is kept in the pool.
+  void SetValue(std::int32_t row, std::string_view value);
+  void SetStatus(std::int32_t row, BXStatus status);
+  void SetChild(std::int32_t row, Ref<Level> child);
+
+  // The row of the best match, see FindElement; 0 when there is none.
+  std::int32_t Find(const ElementKey& wanted) const;
+  // The first row with this name without regard to case; 0 when there is none.
+  std::int32_t FindName(Symbol name) const;
+
+  // Brings storage back into row order after a run of insertions and deletions, so that walking
+  // the rows is fast again. Changes nothing that can be seen.
+  void Settle();
+
+ private:
+  std::size_t Slot(std::int32_t row) const;
+  std::int32_t RowOfSlot(std::uint32_t slot) const;
+  RowOrder& Edit();
+  ElementIndex* Index() const;
+  void DropIndex() const;
+  std::int32_t Scan(const ElementKey& wanted) const;
+  std::int32_t ScanName(Symbol name) const;
+
+  Ref<TextPool> pool_;
+  std::vector<Element> slots_;
+  std::unique_ptr<RowOrder> order_;  // none while slots stand in row order
+  mutable std::unique_ptr<ElementIndex> index_;
+  mutable std::int32_t scans_ = 0;  // since there was an index last
+};
+
+// True when there is no array or it has no rows.
+inline bool IsArrayEmpty(const Ref<ElementTable>& array) { return !array || array->rows() == 0; }
+
+}  // namespace tessary

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "engine/error_collection.h"
+#include "engine/ref.h"
+#include "engine/text_pool.h"
+#include "platform/message_loop.h"
+
+namespace tessary {
+
+class EngineContext;
+class Level;
+
+// Creates the level object of a class number, 0 to 9.
+using LevelFactory = Ref<Level> (*)(const Ref<EngineContext>& context, int number);
+
+// What the level objects of one piece of work share: the texts, the error collection, the message
+// loop and the way to create further levels. Level objects of different contexts must not be mixed.
+class EngineContext : public RefCounted {
+ public:
+  // `errors` and `loop` must outlive the context; `loop` may be null.
+  EngineContext(SharedErrors& errors, MessageLoop* loop, LevelFactory create_level)
+      : errors_(errors), loop_(loop), create_level_(create_level) {}
+
+  const Ref<TextPool>& pool() const { return pool_; }
+  SharedErrors& errors() const { return errors_; }
+  void Yield() const {
+    if (loop_) loop_->Yield();
+  }
+  Ref<Level> CreateLevel(int number);
+
+ private:
+  Ref<TextPool> pool_ = MakeRef<TextPool>();
+  SharedErrors& errors_;
+  MessageLoop* loop_;
+  LevelFactory create_level_;
+};
+
+}  // namespace tessary

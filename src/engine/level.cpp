@@ -1,0 +1,26 @@
+#include "engine/level.h"
+
+#include "engine/engine_context.h"
+#include "platform/failure.h"
+#include "platform/text.h"
+
+namespace tessary {
+namespace {
+
+constexpr std::string_view kClassPrefix = "Tessary.BXLevel";
+
+}  // namespace
+
+int LevelClassNumber(std::string_view class_identifier) {
+  const bool fits = class_identifier.size() == kClassPrefix.size() + 1 &&
+                    EqualsIgnoreCase(class_identifier.substr(0, kClassPrefix.size()), kClassPrefix);
+  const int number = fits ? class_identifier.back() - '0' : -1;
+  if (number < 1 || number > 9) throw Failure(kCannotCreateObject);
+  return number;
+}
+
+Ref<Level> EngineContext::CreateLevel(int number) {
+  return create_level_(Ref<EngineContext>(this), number);
+}
+
+}  // namespace tessary

@@ -1,0 +1,111 @@
+// Adding elements. Every element of a report is told what stands before and behind it in its
+// level, and elements of the same name that follow each other are numbered, so that the place of
+// an element can later be found again in a report that looks different. Elements that come with a
+// status already carry this information and are stored as they are.
+
+#include "engine/level_basis.h"
+
+#include "engine/number_of.h"
+#include "platform/text.h"
+
+namespace tessary {
+
+BXLevelBasis::BXLevelBasis(Ref<EngineContext> context) : context_(std::move(context)) {}
+
+BXLevelBasis::~BXLevelBasis() { context_->Yield(); }
+
+ElementTable& BXLevelBasis::Array() {
+  if (!m_aElement) m_aElement = MakeRef<ElementTable>(context_->pool());
+  return *m_aElement;
+}
+
+void BXLevelBasis::Add(const AddArguments& arguments, std::int8_t pending_child) {
+  AddElement(MakeElement(arguments, pending_child));
+}
+
+Element BXLevelBasis::MakeElement(const AddArguments& arguments,
+                                  std::int8_t pending_child) const {
+  TextPool& texts = pool();
+  Element element;
+  element.status = static_cast<std::int8_t>(arguments.bxsStatus);
+  element.key[bxeaName] = texts.Intern(arguments.strName);
+  element.key[bxeaKey] = texts.Intern(arguments.strKey);
+  element.key[bxeaTyp] = texts.Intern(arguments.strTyp);
+  element.key[bxeaPosPrevName] = texts.Intern(arguments.strPosPrevName);
+  element.key[bxeaPosPrevKey] = texts.Intern(arguments.strPosPrevKey);
+  element.key[bxeaPosPrevTyp] = texts.Intern(arguments.strPosPrevTyp);
+  element.key[bxeaPosNextName] = texts.Intern(arguments.strPosNextName);
+  element.key[bxeaPosNextKey] = texts.Intern(arguments.strPosNextKey);
+  element.key[bxeaPosNextTyp] = texts.Intern(arguments.strPosNextTyp);
+  element.key[bxeaPosNr] = texts.Intern(arguments.strPosNr);
+  element.set_value(texts.Keep(arguments.strValue));
+  element.child = arguments.objLevel;
+  if (!element.child) element.pending_child = pending_child;
+  return element;
+}
+
+void BXLevelBasis::AddElement(Element element) {
+  InProcedure("BXLevelBasis_Add", "Fehler beim Hinzufügen eines Elementes.").Run([&] {
+    ElementTable& array = Array();
+    if (element.status == bxsUnknown) CheckValuesAround(element);
+    array.Append(std::move(element));
+  });
+}
+
+void BXLevelBasis::CheckValuesAround(Element& element) {
+  InPrivateProcedure("CheckValuesAround").Run([&] {
+    if (IsArrayEmpty(m_aElement)) return;
+    const std::int32_t last = m_aElement->rows();
+    const auto fill = [](Symbol& empty, Symbol text) {
+      if (empty == Symbol::kEmpty) empty = text;
+    };
+    const ElementKey previous = m_aElement->Row(last).key;
+    fill(element.key[bxeaPosPrevName], previous[bxeaName]);
+    fill(element.key[bxeaPosPrevKey], previous[bxeaKey]);
+    fill(element.key[bxeaPosPrevTyp], previous[bxeaTyp]);
+    if (pool().Same(previous[bxeaName], element.key[bxeaName])) NumberRun(last, element);
+    const auto point_on = [&](BXElementArray column, Symbol text) {
+      if (previous[column] == Symbol::kEmpty) m_aElement->SetText(last, column, text);
+    };
+    point_on(bxeaPosNextName, element.key[bxeaName]);
+    point_on(bxeaPosNextKey, element.key[bxeaKey]);
+    point_on(bxeaPosNextTyp, element.key[bxeaTyp]);
+  });
+}
+
+// Numbers an element that follows one of the same name; the first of a run gets its number only now.
+void BXLevelBasis::NumberRun(std::int32_t last, Element& element) {
+  const Symbol previous = m_aElement->Row(last).key[bxeaPosNr];
+  const std::int32_t number = previous == Symbol::kEmpty ? 1 : NumberOf(pool().Text(previous));
+  if (number == INT32_MAX) throw Failure(kOverflow);
+  element.key[bxeaPosNr] = pool().InternNumber(number + 1);
+  if (previous == Symbol::kEmpty) m_aElement->SetText(last, bxeaPosNr, pool().InternNumber(1));
+}
+
+Ref<Level> BXLevelBasis::LastElement() {
+  if (!m_aElement) throw Failure(kObjectNotSet);
+  return ChildOf(*m_aElement, m_aElement->rows());
+}
+
+// The child level of a row, which comes into being here where it was only noted so far.
+Ref<Level> BXLevelBasis::ChildOf(ElementTable& array, std::int32_t row) const {
+  const Element& element = array.Row(row);
+  if (!element.child && element.HasChild()) {
+    array.SetChild(row, context_->CreateLevel(element.pending_child));
+  }
+  return array.Row(row).child;
+}
+
+// The element array of an element's child level. A child that nobody has used has none yet.
+Ref<ElementTable> BXLevelBasis::ChildArrayOf(const Element& element) const {
+  if (!element.HasChild()) throw Failure(kObjectNotSet);
+  return element.child ? element.child->ElementArray() : nullptr;
+}
+
+bool BXLevelBasis::GetFoundFieldValue(FoundField& field) {
+  field = found_field_;
+  found_field_.found = false;
+  return field.found;
+}
+
+}  // namespace tessary

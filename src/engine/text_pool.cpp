@@ -1,0 +1,127 @@
+// Texts are interned in an open-addressing hash table of entry numbers. When a text comes in for
+// the first time its case folding is interned too and remembered, so that comparing without
+// regard to case costs two look-ups by number.
+
+#include "engine/text_pool.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "platform/failure.h"
+#include "platform/text.h"
+
+namespace tessary {
+namespace {
+
+constexpr std::size_t kBlockSize = 64 * 1024;
+constexpr std::size_t kFirstTableSize = 256;
+constexpr std::int32_t kNumberLimit = 1 << 20;
+
+std::uint64_t Mix(std::uint64_t a, std::uint64_t b) {
+  const std::uint64_t product = (a ^ b) * 0x9E3779B97F4A7C15u;
+  return product ^ (product >> 32);
+}
+
+// Reads up to eight bytes at a time; texts are short, so the set-up must be cheap.
+std::uint32_t Hash(std::string_view text) {
+  std::uint64_t hash = text.size() * 0xFF51AFD7ED558CCDu;
+  while (text.size() >= 8) {
+    std::uint64_t word;
+    std::memcpy(&word, text.data(), 8);
+    hash = Mix(hash, word);
+    text.remove_prefix(8);
+  }
+  std::uint64_t rest = 0;
+  if (!text.empty()) std::memcpy(&rest, text.data(), text.size());
+  hash = Mix(hash, rest);
+  return static_cast<std::uint32_t>(hash ^ (hash >> 29));
+}
+
+bool IsFoldedAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return c >= 0 && (c < 'A' || c > 'Z'); });
+}
+
+}  // namespace
+
+TextPool::TextPool() : table_(kFirstTableSize) { Insert({}, Hash({}), Hash({}) % kFirstTableSize); }
+
+TextPool::~TextPool() = default;
+
+Symbol TextPool::Intern(std::string_view text) {
+  if (text.empty()) return Symbol::kEmpty;
+  const std::uint32_t hash = Hash(text);
+  const std::size_t mask = table_.size() - 1;
+  for (std::size_t slot = hash & mask;; slot = (slot + 1) & mask) {
+    const std::uint32_t number = table_[slot];
+    if (number == 0) return Insert(Keep(text), hash, slot);
+    const Entry& entry = entries_[number - 1];
+    if (entry.hash == hash && entry.text == text) return static_cast<Symbol>(number - 1);
+  }
+}
+
+Symbol TextPool::InternNumber(std::int32_t number) {
+  if (number < 0 || number >= kNumberLimit) return Intern(std::to_string(number));
+  const auto place = static_cast<std::size_t>(number);
+  if (place >= numbers_.size()) numbers_.resize(std::max(place + 1, 2 * numbers_.size()));
+  if (numbers_[place] == Symbol::kEmpty) numbers_[place] = Intern(std::to_string(number));
+  return numbers_[place];
+}
+
+Symbol TextPool::Insert(std::string_view text, std::uint32_t hash, std::size_t slot) {
+  if (entries_.size() >= std::numeric_limits<std::uint32_t>::max() - 1) throw Failure(kOutOfMemory);
+  const auto symbol = static_cast<Symbol>(entries_.size());
+  entries_.push_back({text, hash, symbol});
+  table_[slot] = static_cast<std::uint32_t>(entries_.size());
+  if (2 * entries_.size() > table_.size()) GrowTable();
+  if (!IsFoldedAscii(text)) entries_[Index(symbol)].fold = FoldOf(text, symbol);
+  return symbol;
+}
+
+Symbol TextPool::FoldOf(std::string_view text, Symbol self) {
+  const std::string folded = FoldCase(text);
+  return folded == text ? self : Intern(folded);
+}
+
+void TextPool::GrowTable() {
+  std::vector<std::uint32_t> larger(2 * table_.size());
+  const std::size_t mask = larger.size() - 1;
+  for (std::uint32_t number = 1; number <= entries_.size(); ++number) {
+    std::size_t slot = entries_[number - 1].hash & mask;
+    while (larger[slot] != 0) slot = (slot + 1) & mask;
+    larger[slot] = number;
+  }
+  table_ = std::move(larger);
+}
+
+std::string_view TextPool::Keep(std::string_view text) {
+  if (text.empty()) return {};
+  if (IsAdopted(text)) return text;
+  if (text.size() > block_left_) {
+    const std::size_t size = std::max(kBlockSize, text.size());
+    blocks_.push_back(std::make_unique<char[]>(size));
+    block_next_ = blocks_.back().get();
+    block_left_ = size;
+  }
+  std::memcpy(block_next_, text.data(), text.size());
+  const std::string_view kept(block_next_, text.size());
+  block_next_ += text.size();
+  block_left_ -= text.size();
+  return kept;
+}
+
+std::string_view TextPool::Adopt(std::string buffer) {
+  buffers_.push_back(std::make_unique<std::string>(std::move(buffer)));
+  return *buffers_.back();
+}
+
+bool TextPool::IsAdopted(std::string_view text) const {
+  return std::any_of(buffers_.begin(), buffers_.end(), [&](const auto& buffer) {
+    const std::less_equal<const char*> not_after;
+    return not_after(buffer->data(), text.data()) &&
+           not_after(text.data() + text.size(), buffer->data() + buffer->size());
+  });
+}
+
+}  // namespace tessary

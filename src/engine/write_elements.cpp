@@ -1,0 +1,45 @@
+// Writing a level: one line per element, in row order, and behind each element all lines of its
+// child level. A line is the element's description, where it has a known status, and its text.
+
+#include "engine/diff_text.h"
+#include "engine/level_basis.h"
+#include "platform/text.h"
+#include "report/line_syntax.h"
+
+namespace tessary {
+
+void BXLevelBasis::PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t lngLevel) {
+  const Procedure procedure = InProcedure("BXLevelBasis_PrepareWriting",
+                                          "Fehler beim Vorbereiten des Schreibvorganges.");
+  procedure.Run([&] {
+    if (IsArrayEmpty(m_aElement)) return;
+    if (!aWrite) aWrite = MakeRef<WriteTable>();
+    for (std::int32_t row = 1; row <= m_aElement->rows(); ++row) {
+      context_->Yield();
+      const Element& element = m_aElement->Row(row);
+      WriteElement(element, lngLevel, *aWrite);
+      if (element.child) element.child->PrepareWriting(aWrite, 0);
+    }
+  });
+}
+
+void BXLevelBasis::WriteElement(const Element& element, std::int32_t level,
+                                WriteTable& lines) const {
+  std::string& line = lines.Append(level);
+  const auto text = [&](BXElementArray column) { return pool().Text(element.key[column]); };
+  ElementToDiffText(static_cast<BXStatus>(element.status),
+                    {text(bxeaKey), text(bxeaTyp), text(bxeaPosPrevName), text(bxeaPosPrevKey),
+                     text(bxeaPosPrevTyp), text(bxeaPosNextName), text(bxeaPosNextKey),
+                     text(bxeaPosNextTyp), text(bxeaPosNr)},
+                    line);
+  const std::string_view name = text(bxeaName);
+  if (IsSectionLine(name)) {
+    line.append(name);
+  } else if (!TrimBlanks(name).empty()) {
+    AppendProperty(name, text(bxeaKey), element.value(), line);
+  } else if (!TrimBlanks(text(bxeaKey)).empty()) {
+    line.append(text(bxeaKey)).append("=").append(element.value());
+  }
+}
+
+}  // namespace tessary

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/ref.h"
+
+namespace tessary {
+
+// The write array: the lines of a tree in output order, each with its level. Rows count from 1.
+class WriteTable : public RefCounted {
+ public:
+  std::int32_t rows() const { return static_cast<std::int32_t>(rows_.size()); }
+
+  // Starts a row; what is appended to the returned text until the next call is the row's text.
+  std::string& Append(std::int32_t level);
+  void Append(std::int32_t level, std::string_view text) { Append(level).append(text); }
+
+  // Failure 9 when there is no such row. The text is valid until the next Append.
+  std::int32_t Level(std::int32_t row) const { return rows_[Place(row)].level; }
+  std::string_view Text(std::int32_t row) const;
+
+ private:
+  struct Row {
+    std::size_t begin;
+    std::int32_t level;
+  };
+
+  std::size_t Place(std::int32_t row) const;
+
+  std::vector<Row> rows_;
+  std::string texts_;
+};
+
+}  // namespace tessary
