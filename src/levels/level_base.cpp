@@ -1,0 +1,69 @@
+#include "levels/level_base.h"
+
+#include <algorithm>
+
+#include "levels/report_format.h"
+
+namespace tessary {
+namespace {
+
+constexpr std::array<std::string_view, kLevelCount> kClassNames = {
+    "BXLevel0", "BXLevel1", "BXLevel2", "BXLevel3", "BXLevel4",
+    "BXLevel5", "BXLevel6", "BXLevel7", "BXLevel8", "BXLevel9"};
+
+// The class identifier of the level that receives the differences inside an element; the last
+// level is not descended below.
+constexpr std::array<std::string_view, kLevelCount> kChildClasses = {
+    "Tessary.BXLevel1", "Tessary.BXLevel2", "Tessary.BXLevel3", "Tessary.BXLevel4",
+    "Tessary.BXLevel5", "Tessary.BXLevel6", "Tessary.BXLevel7", "Tessary.BXLevel8",
+    "Tessary.BXLevel9", ""};
+
+}  // namespace
+
+LevelBase::LevelBase(const Ref<EngineContext>& context, int number)
+    : number_(number), m_objBasis(context) {
+  m_objBasis.SetLevelClassName(kClassNames[static_cast<std::size_t>(number)]);
+}
+
+void LevelBase::Add(const AddArguments& arguments) {
+  InProcedure("BXLevelBasis_Add").Run([&] {
+    AddArguments element = arguments;
+    if (element.bxltLineType == bxltSection && element.strKey.empty()) {
+      element.strKey = element.strName;
+    }
+    if (element.bxltLineType == bxltProperty) {
+      const Property property = SplitProperty(element.strName);
+      element.strName = property.strName;
+      element.strKey = property.strKey;
+      element.strValue = property.strValue;
+      ApplyPropertyRule(property);
+    }
+    const int child_class = std::min(number_ + 1, kLevelCount - 1);
+    m_objBasis.Add(element, static_cast<std::int8_t>(child_class));
+  });
+}
+
+void LevelBase::ApplyPropertyRule(const Property&) {}
+
+void LevelBase::Compare(const Ref<ElementTable>& aOldElement,
+                        const Ref<ElementTable>& aNewElement) {
+  InProcedure(CompareProcedure()).Run([&] {
+    if (IsArrayEmpty(aOldElement) && IsArrayEmpty(aNewElement)) return;
+    if (CheckForAddingAllElements(aOldElement, aNewElement)) return;
+    CheckMissing(aOldElement, aNewElement);
+    CompareElements(aOldElement, aNewElement, kChildClasses[static_cast<std::size_t>(number_)]);
+  });
+}
+
+void LevelBase::CheckMissing(const Ref<ElementTable>& aOldElement,
+                             const Ref<ElementTable>& aNewElement) {
+  CheckMissingElements(aNewElement, aOldElement, bxsNew);
+  CheckMissingElements(aOldElement, aNewElement, bxsDelete);
+}
+
+void LevelBase::PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t) {
+  UpdateBeforeWriting();
+  m_objBasis.PrepareWriting(aWrite, number_);
+}
+
+}  // namespace tessary

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "engine/diff_text.h"
+#include "engine/element_table.h"
+#include "engine/engine_context.h"
+#include "engine/level.h"
+#include "engine/procedure.h"
+#include "engine/write_table.h"
+
+namespace tessary {
+
+// Turns the lines of a report or difference file into the element tree of the level classes, and
+// a tree back into lines.
+//
+// Reading: AddLine for every line in file order on a fresh object, then ReportFile takes the tree.
+// Writing: SetReportFile on a fresh object (or lines added as above), GetFirstLine once, then
+// GetNextLine until it returns an empty text. Members that fail raise Failure and leave entries in
+// the shared error collection under their own names.
+class BXReportFile {
+ public:
+  explicit BXReportFile(Ref<EngineContext> context);
+
+  // The element array of the top level; no array before the first line. The tree is shared, not copied.
+  void SetReportFile(Ref<ElementTable> array);
+  Ref<ElementTable> ReportFile() const;
+
+  // Reads one line, without its line end. Lines that are empty or blank and lines outside the ten
+  // levels are left out.
+  void AddLine(std::string_view strLine);
+
+  // The first line; empty when there is none. Changes nothing in the tree but the numbers that the
+  // levels keep (variables, columns).
+  std::string GetFirstLine();
+  // The next line, indented; empty at the end. Failure 91 when GetFirstLine found no lines.
+  std::string GetNextLine();
+
+  // Lines left out so far because their level lay outside 0 to 9, brace lines not counted.
+  std::int64_t lines_dropped() const { return lines_dropped_; }
+  // While reading, the level of the line read last: after the last line of a well-formed file 0 or 1.
+  std::int32_t level() const { return m_lngLevel; }
+
+ private:
+  // Remembers how far a section was looked for, so that looking again costs only the rows that
+  // have been added since.
+  struct OwnerSearch {
+    Ref<ElementTable> array;
+    Symbol owner = Symbol::kEmpty;
+    std::int32_t searched = 0;
+    std::int32_t found = 0;
+  };
+
+  Procedure InProcedure(std::string_view name, std::string_view message = {}) const {
+    return {context_->errors(), "BXReportFile", name, message};
+  }
+
+  std::string_view StripLine(std::string_view line);
+  void CheckLine(std::string_view strLine, BXLineType& lineType);
+  static bool IsLinesSection(std::string_view strLine);
+  static bool IsBlockStart(std::string_view strLine) { return strLine == "{"; }
+  static bool IsBlockEnd(std::string_view strLine) { return strLine == "}"; }
+  void MoveLevel(std::int32_t by);
+  Level& LevelForLine();
+  void AddElement(BXLineType type);
+  void AddFieldValue(Symbol strFieldOwner, std::int32_t lngOwnerLevel, BXElementArray bxaeField,
+                     Symbol strValue);
+  std::int32_t LastRowNamed(const Ref<ElementTable>& array, Symbol owner);
+
+  std::string LevelToSpaceString(std::int32_t lngLevel) const;
+  bool CheckForWritingLevelBookmarks(std::int32_t lngLevel, std::string_view strLine,
+                                     std::string& strBookmark);
+  bool BookmarkBetweenEquals(std::string_view strLine, std::string& strBookmark);
+  bool BookmarkOnTheWayUp(std::int32_t lngLevel, std::string_view strLine,
+                          std::string& strBookmark);
+  bool NeedsEmptyBlock(std::string_view strLine) const;
+  std::string NextRow();
+  std::string CloseLevel();
+
+  Ref<EngineContext> context_;
+  std::array<Ref<Level>, 10> m_objLevel;  // where the next line of each level is added
+  std::int32_t m_lngLevel = 0;
+  std::int64_t lines_dropped_ = 0;
+  std::string stripped_;  // storage for a line that lost tabs
+  DiffLine diff_line_;
+  std::array<OwnerSearch, 2> owner_searches_;
+  std::size_t next_search_ = 0;
+
+  Ref<WriteTable> m_aWrite;
+  std::int32_t m_lngRow = 0;
+  std::string m_strLastLine;
+  std::string m_strLastOutput;
+  bool m_bBlockOpen = false;
+};
+
+}  // namespace tessary

@@ -1,0 +1,147 @@
+// Reading: the nesting level is a running counter that section headers and braces move. A line is
+// added to the level object of its level, which is looked up anew each time as the child of the
+// element added last one level up; these references are never cleared, so a line after a double
+// "{" may hang below an older section.
+
+#include <algorithm>
+
+#include "levels/report_format.h"
+#include "platform/failure.h"
+#include "platform/text.h"
+#include "report/line_syntax.h"
+#include "report/report_file.h"
+
+namespace tessary {
+namespace {
+
+bool IsBlankOrTab(char c) { return c == ' ' || c == '\t'; }
+
+}  // namespace
+
+BXReportFile::BXReportFile(Ref<EngineContext> context) : context_(std::move(context)) {
+  m_objLevel[0] = context_->CreateLevel(0);
+}
+
+void BXReportFile::SetReportFile(Ref<ElementTable> array) {
+  InProcedure("ReportFile").Run([&] { m_objLevel[0]->SetElementArray(std::move(array)); });
+}
+
+Ref<ElementTable> BXReportFile::ReportFile() const {
+  return InProcedure("ReportFile").Run([&] { return m_objLevel[0]->ElementArray(); });
+}
+
+void BXReportFile::AddLine(std::string_view strLine) {
+  InProcedure("AddLine", "Fehler beim Auswerten einer Zeile.").Run([&] {
+    const std::string_view line = StripLine(strLine);
+    if (line.empty()) return;
+    DiffTextToElement(line, diff_line_);
+    BXLineType type = bxltProperty;
+    CheckLine(diff_line_.text, type);
+    if (type == bxltUnknown) return;
+    if (m_lngLevel < 0 || m_lngLevel >= kLevelCount) {
+      ++lines_dropped_;
+      return;
+    }
+    AddElement(type);
+  });
+}
+
+// The line without tabs anywhere and without blanks at its ends. Tabs mostly indent, so only a
+// line that has some inside is copied.
+std::string_view BXReportFile::StripLine(std::string_view line) {
+  while (!line.empty() && IsBlankOrTab(line.front())) line.remove_prefix(1);
+  while (!line.empty() && IsBlankOrTab(line.back())) line.remove_suffix(1);
+  if (line.find('\t') == std::string_view::npos) return line;
+  stripped_.clear();
+  std::copy_if(line.begin(), line.end(), std::back_inserter(stripped_),
+               [](char c) { return c != '\t'; });
+  return stripped_;
+}
+
+void BXReportFile::CheckLine(std::string_view strLine, BXLineType& lineType) {
+  InProcedure("CheckLine").Run([&] {
+    lineType = bxltProperty;
+    if (IsSectionLine(strLine)) {
+      lineType = bxltSection;
+      if (m_lngLevel == 0 || m_lngLevel == 1) m_lngLevel = IsLinesSection(strLine) ? 1 : 0;
+    } else if (IsBlockStart(strLine)) {
+      lineType = bxltUnknown;
+      MoveLevel(1);
+    } else if (IsBlockEnd(strLine)) {
+      lineType = bxltUnknown;
+      MoveLevel(-1);
+    } else if (m_lngLevel == 0) {
+      m_lngLevel = 1;
+    }
+  });
+}
+
+bool BXReportFile::IsLinesSection(std::string_view strLine) {
+  return EqualsIgnoreCase(strLine, kLinesSection);
+}
+
+void BXReportFile::MoveLevel(std::int32_t by) {
+  const std::int64_t level = std::int64_t{m_lngLevel} + by;
+  if (level < INT32_MIN || level > INT32_MAX) throw Failure(kOverflow);
+  m_lngLevel = static_cast<std::int32_t>(level);
+}
+
+Level& BXReportFile::LevelForLine() {
+  const auto level = static_cast<std::size_t>(m_lngLevel);
+  if (level > 0) {
+    const Ref<Level>& above = m_objLevel[level - 1];
+    if (!above) throw Failure(kObjectNotSet);
+    m_objLevel[level] = above->LastElement();
+  }
+  if (!m_objLevel[level]) throw Failure(kObjectNotSet);
+  return *m_objLevel[level];
+}
+
+void BXReportFile::AddElement(BXLineType type) {
+  Level& level = LevelForLine();
+  const DiffFields& fields = diff_line_.fields;
+  level.Add({diff_line_.text, diff_line_.status, fields[0], fields[1], fields[2], fields[3],
+             fields[4], fields[5], fields[6], fields[7], fields[8], {}, nullptr, type});
+  FoundField found;
+  if (level.GetFoundFieldValue(found)) {
+    AddFieldValue(found.owner, found.owner_level, static_cast<BXElementArray>(found.field),
+                  found.value);
+  }
+}
+
+// Writes what a level rule found into the last section of the owner's name, and into what the
+// row before that section knows of it.
+void BXReportFile::AddFieldValue(Symbol strFieldOwner, std::int32_t lngOwnerLevel,
+                                 BXElementArray bxaeField, Symbol strValue) {
+  InProcedure("AddFieldValue").Run([&] {
+    if (lngOwnerLevel < 0 || lngOwnerLevel != OwnerLevelOf(m_lngLevel)) return;
+    const Ref<Level>& owner_level = m_objLevel[static_cast<std::size_t>(lngOwnerLevel)];
+    if (!owner_level) throw Failure(kObjectNotSet);
+    const Ref<ElementTable> array = owner_level->ElementArray();
+    if (IsArrayEmpty(array)) return;
+    const std::int32_t row = LastRowNamed(array, strFieldOwner);
+    if (row == 0) return;
+    array->SetText(row, bxaeField, strValue);
+    if (row == 1) return;
+    array->SetText(row - 1, bxaeField == bxeaKey ? bxeaPosNextKey : bxeaPosNextTyp, strValue);
+  });
+}
+
+std::int32_t BXReportFile::LastRowNamed(const Ref<ElementTable>& array, Symbol owner) {
+  const auto known = std::find_if(
+      owner_searches_.begin(), owner_searches_.end(),
+      [&](const OwnerSearch& search) { return search.array == array && search.owner == owner; });
+  if (known == owner_searches_.end()) next_search_ = (next_search_ + 1) % owner_searches_.size();
+  OwnerSearch& search = known == owner_searches_.end() ? owner_searches_[next_search_] : *known;
+  if (known == owner_searches_.end()) search = {array, owner, 0, 0};
+  const TextPool& pool = array->pool();
+  for (std::int32_t row = array->rows(); row > search.searched; --row) {
+    if (!pool.Same(array->Row(row).key[bxeaName], owner)) continue;
+    search.found = row;
+    break;
+  }
+  search.searched = array->rows();
+  return search.found;
+}
+
+}  // namespace tessary

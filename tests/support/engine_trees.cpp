@@ -1,0 +1,51 @@
+#include "support/engine_trees.h"
+
+#include "platform/text.h"
+#include "report/report_file.h"
+
+namespace tessary {
+namespace {
+
+void DumpRows(const Ref<ElementTable>& tree, std::size_t depth, std::string& text) {
+  if (IsArrayEmpty(tree)) return;
+  for (std::int32_t row = 1; row <= tree->rows(); ++row) {
+    const Element& element = tree->Row(row);
+    text.append(2 * depth, ' ').push_back("DNU-"[element.status]);
+    for (int column = bxeaName; column <= bxeaPosNr; ++column) {
+      text += column == bxeaName ? ' ' : '|';
+      text += tree->pool().Text(element.key[static_cast<BXElementArray>(column)]);
+    }
+    text.append("|").append(element.value()).append("\n");
+    if (element.child) DumpRows(element.child->ElementArray(), depth + 1, text);
+  }
+}
+
+}  // namespace
+
+Ref<ElementTable> ReadLines(const Ref<EngineContext>& context,
+                            const std::vector<std::string>& lines) {
+  BXReportFile store(context);
+  for (const std::string& line : lines) {
+    if (!TrimBlanks(line).empty()) store.AddLine(line);
+  }
+  return store.ReportFile();
+}
+
+std::vector<std::string> WriteLines(const Ref<EngineContext>& context,
+                                    const Ref<ElementTable>& tree) {
+  BXReportFile store(context);
+  store.SetReportFile(tree);
+  std::vector<std::string> lines;
+  for (std::string line = store.GetFirstLine(); !line.empty(); line = store.GetNextLine()) {
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+std::string Dump(const Ref<ElementTable>& tree) {
+  std::string text;
+  DumpRows(tree, 0, text);
+  return text;
+}
+
+}  // namespace tessary

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "engine/element_table.h"
+#include "engine/engine_context.h"
+#include "levels/level_factory.h"
+
+namespace tessary {
+
+// A context of the ten level classes with an error collection of its own. The context may outlive
+// this object only if nothing fails any more.
+struct TestEngine {
+  SharedErrors errors;
+  Ref<EngineContext> context = NewEngineContext(errors, nullptr);
+
+  Ref<Level> NewLevel(int number) const { return context->CreateLevel(number); }
+};
+
+// The tree of a file's lines; lines of blanks are dropped as in reading a file.
+Ref<ElementTable> ReadLines(const Ref<EngineContext>& context,
+                            const std::vector<std::string>& lines);
+
+// The lines that a tree is written as; renumbers in the tree.
+std::vector<std::string> WriteLines(const Ref<EngineContext>& context,
+                                    const Ref<ElementTable>& tree);
+
+// A tree as text. Every row gives one line,
+//   <indent><status> name|key|typ|prevname|prevkey|prevtyp|nextname|nextkey|nexttyp|posnr|value
+// and below it the rows of its child: indent is two blanks per depth, status one of D, N, U and -.
+std::string Dump(const Ref<ElementTable>& tree);
+
+}  // namespace tessary
