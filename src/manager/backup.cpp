@@ -1,0 +1,106 @@
+#include "manager/backup.h"
+
+#include "engine/procedure.h"
+#include "platform/failure.h"
+#include "platform/path.h"
+#include "platform/text.h"
+
+namespace tessary {
+namespace {
+
+constexpr int kMostOlderCopies = 100000;
+
+// A question is asked with the default pointer.
+Answer Ask(const Surroundings& around, const std::string& question) {
+  around.user.SetMousePointer(MousePointer::kDefault);
+  return around.user.Ask(question);
+}
+
+std::string FolderQuestion(const std::string& folder) {
+  return "Das BackUp-Verzeichnis " + folder +
+         " konnte nicht erstellt werden. Die Berichte werden ohne Sicherung überschrieben.\r\n"
+         "Falls Probleme bei der Konvertierung auftreten, können Programmteile möglicherweise "
+         "nicht mehr richtig ausgeführt werden.\r\n"
+         "Konvertierung trotzdem durchführen?";
+}
+
+std::string ReportQuestion(const std::string& file_name) {
+  return "Der Bericht " + file_name +
+         " konnte nicht gesichert werden.\r\n"
+         "Falls Probleme bei der Konvertierung auftreten, kann der Bericht beschädigt und "
+         "Programmteile möglicherweise nicht mehr richtig ausgeführt werden.\r\n"
+         "Konvertierung für diesen Bericht trotzdem durchführen?";
+}
+
+// Names of older copies keep clear of every rule that takes files for input: they begin with "~",
+// and their extension holds one.
+std::string OlderCopyName(const std::string& file_name, int number) {
+  return "~" + file_name + ".~" + std::to_string(number);
+}
+
+// Moves a copy that is about to be replaced by other contents out of the way, so that the
+// original survives any number of runs.
+void KeepOlderCopy(const Surroundings& around, const std::string& folder,
+                   const std::string& file_name, const std::string& report) {
+  const std::string copy = JoinPath(folder, file_name);
+  if (!around.files.FileExists(copy) || around.files.SameContents(copy, report)) return;
+  int number = 1;
+  while (around.files.FileExists(JoinPath(folder, OlderCopyName(file_name, number)))) {
+    if (++number > kMostOlderCopies) throw Failure(kFileExists);
+  }
+  const std::string kept = OlderCopyName(file_name, number);
+  around.files.RenameFile(copy, JoinPath(folder, kept));
+  if (!around.notices) return;
+  around.notices->Warning("Im Sicherungsverzeichnis " + folder + " lag bereits eine andere Fassung von " +
+                          file_name + "; sie bleibt dort als " + kept + " erhalten.");
+}
+
+}  // namespace
+
+std::string DefaultBackupFolder(const std::string& report_folder) {
+  const std::string_view folder = WithoutTrailingSeparator(report_folder);
+  return std::string(folder.empty() ? std::string_view(report_folder) : folder) + "Bak";  // a root keeps its separator
+}
+
+BackupFolder CreateBackupFolder(const Surroundings& around, const std::string& report_folder,
+                                const std::string& wanted) {
+  BackupFolder folder{std::string(TrimBlanks(wanted))};
+  try {
+    if (folder.path.empty()) folder.path = DefaultBackupFolder(report_folder);
+    if (around.files.FolderExists(folder.path)) return folder;
+    around.files.CreateFolder(folder.path);
+    if (!around.files.FolderExists(folder.path)) throw Failure(kNoBackupFolder);
+  } catch (const Failure&) {
+    folder.skip = true;
+    folder.answer = Ask(around, FolderQuestion(folder.path));
+  }
+  return folder;
+}
+
+Answer BackupReport(const Surroundings& around, const std::string& backup_folder,
+                    const std::string& report_folder, const std::string& file_name) {
+  const std::string report = JoinPath(report_folder, file_name);
+  try {
+    KeepOlderCopy(around, backup_folder, file_name, report);
+    around.files.CopyFile(report, JoinPath(backup_folder, file_name));
+    return Answer::kYes;
+  } catch (const Failure&) {
+    return Ask(around, ReportQuestion(file_name));
+  }
+}
+
+void RestoreFile(const Surroundings& around, ErrorCollection& errors,
+                 const std::string& backup_folder, const std::string& file_name,
+                 const std::string& target) {
+  try {
+    around.files.CopyFile(JoinPath(backup_folder, file_name), target);
+  } catch (const Failure& failure) {
+    errors.Add({ErrorEntry::kNotRestored, failure.number(),
+                SourceText("BXConvertLLMgr", "RestoreFile"),
+                "Die Datei " + file_name +
+                    " wurde möglicherweise beschädigt und konnte nicht wiederhergestellt werden. "
+                    "Bitte versuchen Sie die Datei manuell wiederherzustellen."});
+  }
+}
+
+}  // namespace tessary

@@ -1,0 +1,142 @@
+#include "manager/report_io.h"
+
+#include <memory>
+#include <string_view>
+
+#include "engine/procedure.h"
+#include "platform/failure.h"
+#include "platform/path.h"
+#include "platform/text.h"
+#include "report/report_file.h"
+
+namespace tessary {
+namespace {
+
+constexpr std::size_t kWriteSize = 256 * 1024;
+
+// One step of reading or writing with the message that its failure adds.
+class IoStep {
+ public:
+  IoStep(const Ref<EngineContext>& context, std::string_view procedure, std::string message)
+      : message_(std::move(message)),
+        procedure_{context->errors(), "BXConvertLLMgr", procedure, message_,
+                   Procedure::Message::kAlways} {}
+  IoStep(const IoStep&) = delete;
+  IoStep& operator=(const IoStep&) = delete;
+
+  template <class Body>
+  decltype(auto) Run(Body&& body) const {
+    return procedure_.Run(std::forward<Body>(body));
+  }
+
+ private:
+  std::string message_;
+  Procedure procedure_;
+};
+
+bool HasByteOrderMark(std::string_view bytes) {
+  using namespace std::string_view_literals;
+  return bytes.starts_with("\xEF\xBB\xBF"sv) || bytes.starts_with("\xFF\xFE"sv) ||
+         bytes.starts_with("\xFE\xFF"sv);
+}
+
+// Takes the next line off `text`, without its line end.
+std::string_view NextLine(std::string_view& text) {
+  const auto end = text.find('\n');
+  std::string_view line = text.substr(0, end);
+  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  if (end != std::string_view::npos && !line.empty() && line.back() == '\r') line.remove_suffix(1);
+  return line;
+}
+
+void AddLines(std::string_view text, EngineContext& context, BXReportFile& store,
+              ReadStatistics& statistics) {
+  while (!text.empty()) {
+    context.Yield();
+    ++statistics.lines;
+    const std::string_view line = NextLine(text);
+    if (!TrimBlanks(line).empty()) store.AddLine(line);
+  }
+}
+
+// Collects encoded lines and hands them on in large pieces.
+class LineWriter {
+ public:
+  explicit LineWriter(FileReplacement& file) : file_(file) {}
+
+  void Write(std::string_view line) {
+    pending_.append(EncodeWindows1252(line)).append("\r\n");
+    if (pending_.size() >= kWriteSize) Flush();
+  }
+  void Finish() {
+    Flush();
+    file_.Commit();
+  }
+
+ private:
+  void Flush() {
+    file_.Write(pending_);
+    pending_.clear();
+  }
+
+  FileReplacement& file_;
+  std::string pending_;
+};
+
+void WriteLines(const Ref<EngineContext>& context, const std::string& name, BXReportFile& store,
+                FileReplacement& file) {
+  const IoStep next(context, "WriteFile", "Fehler beim Ermitteln einer Zeile.");
+  const IoStep write(context, "WriteFile", "Fehler beim Schreiben in Datei " + name);
+  LineWriter writer(file);
+  std::string line = next.Run([&] { return store.GetFirstLine(); });
+  while (!line.empty()) {
+    context->Yield();
+    write.Run([&] { writer.Write(line); });
+    line = next.Run([&] { return store.GetNextLine(); });
+  }
+  write.Run([&] { writer.Finish(); });
+}
+
+}  // namespace
+
+Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& context,
+                             const std::string& path, ReadStatistics* statistics) {
+  const std::string name = FileNameOf(path);
+  const auto step = [&](std::string message) {
+    return IoStep(context, "ReadFile", std::move(message));
+  };
+  const auto file = step("Fehler beim Öffnen der Datei " + name).Run([&] {
+    return files.OpenForReading(path);
+  });
+  const std::string bytes = step("Fehler beim Lesen aus der Datei " + name).Run([&] {
+    return ReadWholeFile(*file);
+  });
+  return step("Fehler beim Verarbeiten einer Zeile.").Run([&] {
+    // Such a file is of a newer format whose texts would be taken for something else.
+    if (HasByteOrderMark(bytes)) throw Failure(kInvalidCall);
+    BXReportFile store(context);
+    ReadStatistics read;
+    AddLines(context->pool()->Adopt(DecodeWindows1252(bytes)), *context, store, read);
+    read.lines_dropped = store.lines_dropped();
+    read.last_level = store.level();
+    if (statistics) *statistics = read;
+    return store.ReportFile();
+  });
+}
+
+void WriteReport(FileSystem& files, const Ref<EngineContext>& context, const std::string& path,
+                 const Ref<ElementTable>& lines, bool* damaged) {
+  const std::string name = FileNameOf(path);
+  BXReportFile store(context);
+  store.SetReportFile(lines);
+  const IoStep open(context, "WriteFile", "Fehler beim Öffnen der Datei " + name);
+  const auto file = open.Run([&] { return files.OpenForReplacing(path); });
+  try {
+    WriteLines(context, name, store, *file);
+  } catch (const Failure&) {
+    if (damaged) *damaged = file->Damaged();
+    throw;
+  }
+}
+
+}  // namespace tessary

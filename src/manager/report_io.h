@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "engine/element_table.h"
+#include "engine/engine_context.h"
+#include "platform/file_system.h"
+
+namespace tessary {
+
+// What reading a file came to beside its tree.
+struct ReadStatistics {
+  std::int64_t lines = 0;
+  std::int64_t lines_dropped = 0;  // outside the levels 0 to 9
+  std::int32_t last_level = 0;     // 0 or 1 after the last line of a well-formed file
+};
+
+// Reads a report or difference file, Windows-1252 with lines ending in LF or CRLF, into an element
+// array; null for a file without lines. Raises Failure and leaves entries in the context's error
+// collection; `statistics` may be null and is set on success.
+Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& context,
+                             const std::string& path, ReadStatistics* statistics);
+
+// Writes a tree over `path`, which is replaced as a whole wherever that is possible. Raises
+// Failure and leaves entries in the context's error collection; then `damaged`, which may be null,
+// tells whether the file itself was overwritten in part.
+void WriteReport(FileSystem& files, const Ref<EngineContext>& context, const std::string& path,
+                 const Ref<ElementTable>& lines, bool* damaged);
+
+}  // namespace tessary
