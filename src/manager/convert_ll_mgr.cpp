@@ -9,6 +9,7 @@
 
 #include "engine/procedure.h"
 #include "manager/operation_frame.h"
+#include "manager/read_warnings.h"
 #include "manager/report_io.h"
 #include "platform/path.h"
 
@@ -154,16 +155,7 @@ Ref<ElementTable> BXConvertLLMgr::ReadFile(const Ref<EngineContext>& context,
                                            const std::string& path) {
   ReadStatistics read;
   Ref<ElementTable> lines = ReadReport(around_.files, context, path, &read);
-  if (read.lines_dropped > 0) {
-    Warn("Die Datei " + path + " hat " + std::to_string(read.lines_dropped) +
-         (read.lines_dropped == 1 ? " Zeile" : " Zeilen") +
-         " außerhalb der Ebenen 0 bis 9; sie werden nicht übernommen.");
-  }
-  if (read.last_level != 0 && read.last_level != 1) {
-    Warn("Die Datei " + path + " (" + std::to_string(read.lines) +
-         (read.lines == 1 ? " Zeile" : " Zeilen") + ") endet auf Ebene " +
-         std::to_string(read.last_level) + "; ihre Blöcke sind nicht ausgeglichen.");
-  }
+  for (const std::string& warning : ReadWarnings(path, read)) Warn(warning);
   return lines;
 }
 

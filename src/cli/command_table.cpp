@@ -1,0 +1,122 @@
+#include "cli/command_table.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tessary {
+namespace {
+
+constexpr OptionSpec kBackup = {OptionId::kBackup, "--backup", "DIR", false,
+                                "Ordner für die Sicherungen; ohne Angabe der Name "
+                                "des\nBerichtsordners mit angehängtem \"Bak\""};
+constexpr OptionSpec kOmit = {
+    OptionId::kOmit, "--omit", "NAME", true,
+    "Bericht dieses Dateinamens auslassen (mehrfach möglich);\nGroß- und Kleinschreibung zählt "
+    "nur, wenn es eine Datei\ngenau dieses Namens gibt"};
+constexpr OptionSpec kOnBackupFailure = {
+    OptionId::kOnBackupFailure, "--on-backup-failure", "ANTWORT", false,
+    "Antwort, wenn eine Sicherung misslingt und niemand am\nTerminal gefragt werden kann: abort "
+    "(nicht konvertieren,\nVorgabe) oder continue (ohne Sicherung konvertieren)"};
+constexpr OptionSpec kJson = {OptionId::kJson, "--json", "", false,
+                              "Ergebnis als ein JSON-Objekt ausgeben"};
+constexpr OptionSpec kQuiet = {OptionId::kQuiet, "--quiet", "", false,
+                               "nur Fehler und Warnungen ausgeben, keinen Fortschritt"};
+
+constexpr std::array kDiffOptions = {kJson, kQuiet};
+constexpr std::array kConvertOptions = {kBackup, kOnBackupFailure, kJson, kQuiet};
+constexpr std::array kConvertFolderOptions = {kBackup, kOmit, kOnBackupFailure, kJson, kQuiet};
+constexpr std::array kFileOptions = {kQuiet};
+
+constexpr std::array<OperandSpec, 3> kDiffOperands = {{
+    {"OLD", "Bericht der alten Version"},
+    {"NEW", "Bericht der neuen Version"},
+    {"DIFFDIR", "vorhandener Ordner für die Differenz-Datei"},
+}};
+constexpr std::array<OperandSpec, 3> kDiffFolderOperands = {{
+    {"OLDDIR", "Ordner mit den Berichten der alten Version"},
+    {"NEWDIR", "Ordner mit den Berichten der neuen Version"},
+    {"DIFFDIR", "vorhandener Ordner für die Differenz-Dateien"},
+}};
+constexpr std::array<OperandSpec, 2> kConvertOperands = {{
+    {"REPORT", "Bericht, der konvertiert wird; er wird überschrieben"},
+    {"DIFFFILE", "Differenz-Datei, zum Beispiel 3_4Rechnung"},
+}};
+constexpr std::array<OperandSpec, 2> kConvertFolderOperands = {{
+    {"DIFFDIR", "Ordner mit den Differenz-Dateien"},
+    {"REPORTDIR", "Ordner mit den Berichten; sie werden überschrieben"},
+}};
+constexpr std::array<OperandSpec, 1> kInfoOperands = {
+    {{"FILE", "Datei, über die Auskunft gegeben wird"}}};
+constexpr std::array<OperandSpec, 1> kShowOperands = {{{"FILE", "Bericht oder Differenz-Datei"}}};
+constexpr std::array<OperandSpec, 2> kRoundtripOperands = {{
+    {"IN", "Datei, die gelesen wird"},
+    {"OUT", "Datei, die geschrieben wird; eine vorhandene wird ersetzt"},
+}};
+constexpr std::array<OperandSpec, 1> kHelpOperands = {{{"COMMAND", "Befehl, der erklärt wird"}}};
+
+constexpr std::array<CommandSpec, 8> kCommands = {{
+    {CommandId::kDiff, "diff", "zwei Versionen eines Berichts vergleichen", kDiffOperands, false,
+     false, kDiffOptions,
+     "Schreibt die Unterschiede in eine Differenz-Datei, deren Name aus beiden Versionen\n"
+     "und der Referenz besteht. Ohne Unterschied entsteht keine Datei.",
+     "tessary diff version3/Rechnung.lst version4/Rechnung.lst differenz"},
+    {CommandId::kDiffFolder, "diff-folder", "alle Berichte zweier Ordner vergleichen",
+     kDiffFolderOperands, false, false, kDiffOptions,
+     "Vergleicht jeden Bericht des alten Ordners mit dem gleichnamigen des neuen.\n"
+     "Dateien, die keine Berichte sind, werden übergangen.",
+     "tessary diff-folder version3 version4 differenz\n"
+     "tessary diff-folder --json version3 version4 differenz > ergebnis.json"},
+    {CommandId::kConvert, "convert", "einen Bericht konvertieren", kConvertOperands, false, false,
+     kConvertOptions,
+     "Sichert den Bericht und wendet die Differenz-Datei auf ihn an. Ob sie zu Version und\n"
+     "Referenz des Berichts passt, wird nicht geprüft.",
+     "tessary convert Berichte/Rechnung.lst differenz/3_4Rechnung\n"
+     "tessary convert Berichte/Rechnung.lst differenz/3_4Rechnung --backup Sicherung"},
+    {CommandId::kConvertFolder, "convert-folder", "alle Berichte eines Ordners konvertieren",
+     kConvertFolderOperands, false, false, kConvertFolderOptions,
+     "Sichert jeden Bericht und wendet die Differenz-Dateien seiner Referenz der Reihe nach\n"
+     "an, ausgehend von seiner Version.",
+     "tessary convert-folder differenz Berichte\n"
+     "tessary convert-folder differenz Berichte --omit Angebot.lst --omit Mahnung.lst\n"
+     "tessary convert-folder differenz Berichte --backup Sicherung --on-backup-failure=continue"},
+    {CommandId::kInfo, "info", "Version und Referenz von Berichten anzeigen", kInfoOperands, true,
+     false, kFileOptions, "Endet mit 1, wenn eine der Dateien kein Bericht ist.",
+     "tessary info Berichte/*.lst"},
+    {CommandId::kShow, "show", "die Elemente eines Berichts als Baum anzeigen", kShowOperands,
+     false, false, kFileOptions,
+     "Zeigt bei Differenz-Dateien auch, was neu, geändert oder gelöscht ist, und die Nachbarn.",
+     "tessary show Berichte/Rechnung.lst\n"
+     "tessary show differenz/3_4Rechnung"},
+    {CommandId::kRoundtrip, "roundtrip", "einen Bericht lesen und wieder schreiben",
+     kRoundtripOperands, false, false, kFileOptions,
+     "Zeigt, was schon das Lesen und Schreiben an einem Bericht ändert.",
+     "tessary roundtrip Berichte/Rechnung.lst /tmp/Rechnung.lst"},
+    {CommandId::kHelp,
+     "help",
+     "einen Befehl erklären",
+     kHelpOperands,
+     false,
+     true,
+     {},
+     "",
+     "tessary help convert-folder"},
+}};
+
+}  // namespace
+
+std::span<const CommandSpec> AllCommands() { return kCommands; }
+
+const CommandSpec& CommandOf(CommandId id) { return kCommands[static_cast<std::size_t>(id)]; }
+
+const CommandSpec* FindCommand(std::string_view name) {
+  const auto found = std::find_if(kCommands.begin(), kCommands.end(),
+                                  [&](const CommandSpec& command) { return command.name == name; });
+  return found == kCommands.end() ? nullptr : &*found;
+}
+
+bool HasOption(const CommandSpec& command, std::string_view name) {
+  return std::any_of(command.options.begin(), command.options.end(),
+                     [&](const OptionSpec& option) { return option.name == name; });
+}
+
+}  // namespace tessary

@@ -1,0 +1,50 @@
+#include "cli/run_notices.h"
+
+#include <cstdint>
+
+#include "manager/user_section.h"
+#include "platform/failure.h"
+#include "platform/path.h"
+
+namespace tessary {
+
+std::string WarningLine(std::string_view text) { return "Warnung: " + std::string(text); }
+
+void NoticeCollector::Warning(const std::string& text) {
+  if (!known_.insert(text).second) return;
+  warnings_.push_back(text);
+  messages_.Print(WarningLine(text));
+}
+
+void NoticeCollector::PassedOver(const std::string& path) { passed_over_.insert(FileNameOf(path)); }
+
+void NoticeCollector::SkippedByAnswer(const std::string& path) {
+  any_skipped_ = true;
+  if (files_.FolderExists(path)) {
+    SkippedFolder(path);
+  } else {
+    SkippedReport(FileNameOf(path));
+  }
+}
+
+void NoticeCollector::SkippedReport(const std::string& name) {
+  skipped_.insert(name);
+  Warning("Der Bericht " + name +
+          " wurde nicht konvertiert, weil die Frage zur Sicherung mit Nein beantwortet wurde.");
+}
+
+void NoticeCollector::SkippedFolder(const std::string& folder) {
+  try {
+    for (const std::string& name : files_.ListFiles(folder)) {
+      std::int32_t version = 0;
+      std::string reference;
+      if (omit_ && omit_(name)) continue;
+      if (IsReportFile(files_, JoinPath(folder, name), version, reference)) SkippedReport(name);
+    }
+  } catch (const Failure&) {
+    Warning("Die Berichte in " + folder +
+            " wurden nicht konvertiert, weil die Frage zur Sicherung mit Nein beantwortet wurde.");
+  }
+}
+
+}  // namespace tessary

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "manager/convert_ll_mgr.h"
+#include "manager/user_interface.h"
+#include "platform/file_system.h"
+#include "ui/console/status_line.h"
+
+namespace tessary {
+
+// A warning as it stands on standard error.
+std::string WarningLine(std::string_view text);
+
+// Prints each different warning of a run at once and keeps it for the result. Reports that were
+// skipped because of an answer are warnings too, each under its name.
+class NoticeCollector : public RunNotices {
+ public:
+  NoticeCollector(StatusLine& messages, FileSystem& files) : messages_(messages), files_(files) {}
+
+  // Which files a skipped folder would have left out anyway; empty for none.
+  void SetOmit(OmitReport omit) { omit_ = std::move(omit); }
+
+  void Warning(const std::string& text) override;
+  void PassedOver(const std::string& path) override;
+  void SkippedByAnswer(const std::string& path) override;
+
+  const std::vector<std::string>& warnings() const { return warnings_; }
+  // The names of the files that are no reports, and of the reports that were skipped.
+  const std::set<std::string>& passed_over() const { return passed_over_; }
+  const std::set<std::string>& skipped() const { return skipped_; }
+  // True also when a folder was skipped that holds no report.
+  bool any_skipped() const { return any_skipped_; }
+
+ private:
+  void SkippedReport(const std::string& name);
+  void SkippedFolder(const std::string& folder);
+
+  StatusLine& messages_;
+  FileSystem& files_;
+  OmitReport omit_;
+  std::vector<std::string> warnings_;
+  std::unordered_set<std::string> known_;  // the same warnings, for finding them
+  std::set<std::string> passed_over_;
+  std::set<std::string> skipped_;
+  bool any_skipped_ = false;
+};
+
+}  // namespace tessary

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "manager/result_log.h"
+
+namespace tessary {
+
+// Counts of a run that created difference files.
+struct DiffSummary {
+  std::size_t created = 0;
+  std::size_t without_difference = 0;
+  std::size_t failed = 0;
+  std::size_t passed_over = 0;
+};
+
+// Counts of a run that converted reports.
+struct ConvertSummary {
+  std::size_t converted = 0;
+  std::size_t steps = 0;  // of the converted reports, each from one version to the next
+  std::size_t failed = 0;
+  std::size_t skipped = 0;
+  std::size_t omitted = 0;
+  std::size_t passed_over = 0;
+  std::vector<std::string> unchanged;  // reports that no difference file leads on from
+};
+
+// What is known about a conversion beside the result log; file names.
+struct ConvertRun {
+  std::set<std::string> seen;
+  std::set<std::string> omitted;
+  std::set<std::string> passed_over;
+  std::set<std::string> skipped;
+};
+
+DiffSummary SummariseDiff(const ResultLog& log, const std::set<std::string>& passed_over);
+ConvertSummary SummariseConversion(const ResultLog& log, const ConvertRun& run);
+
+// The line that ends the human output, for example "3 Berichte konvertiert, 1 fehlgeschlagen,
+// 2 Dateien übergangen (keine Berichte)". Only the first count is there even when it is 0.
+std::string SummaryText(const DiffSummary& summary);
+std::string SummaryText(const ConvertSummary& summary);
+
+}  // namespace tessary
