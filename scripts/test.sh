@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Builds everything and runs all tests; installs what is missing. Ends with "N passed, N failed".
+#   scripts/test.sh          release and sanitizer builds
+#   scripts/test.sh --fast   the native tests of the release build only
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+
+fast=no
+case "${1:-}" in
+  '') ;;
+  --fast) fast=yes ;;
+  *) echo "usage: scripts/test.sh [--fast]" >&2; exit 2 ;;
+esac
+
+need_packages "${build_packages[@]}" "${test_packages[@]}"
+export LC_ALL=C.UTF-8
+passed=0
+failed=0
+
+# build PRESET: configures and builds; the errors only where it fails.
+build() {
+  local log="build/$1.log"
+  mkdir -p build
+  echo "== Building: $1"
+  cmake --preset "$1" -D TESSARY_TESTS=ON >"$log" 2>&1 &&
+    cmake --build --preset "$1" >>"$log" 2>&1 || { tail -n 60 "$log"; rm -f "$log"; exit 1; }
+  rm -f "$log"
+}
+
+# run_tests PRESET: runs the tests of a build and adds up their numbers.
+run_tests() {
+  echo "== Testing: $1"
+  local log="build/$1/tests.log" total bad
+  ctest --preset "$1" -j "$(nproc)" --no-tests=error >"$log" 2>&1 || true
+  grep -vE '^ *[0-9]+/[0-9]+ Test .* Passed|^ +Start +[0-9]+:' "$log" || true
+  total=$(sed -nE 's/.*tests failed out of ([0-9]+).*/\1/p; s/.*100% tests passed.* out of ([0-9]+).*/\1/p' "$log" | head -n 1)
+  bad=$(sed -nE 's/.*, ([0-9]+) tests failed out of.*/\1/p' "$log" | head -n 1)
+  [ -n "$total" ] || { total=1; bad=1; }
+  passed=$((passed + total - ${bad:-0}))
+  failed=$((failed + ${bad:-0}))
+}
+
+build release
+run_tests release
+if [ "$fast" = no ]; then
+  build asan
+  run_tests asan
+fi
+echo "$passed passed, $failed failed"
+[ "$failed" -eq 0 ]
