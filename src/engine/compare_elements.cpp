@@ -5,11 +5,16 @@
 // Lists whose order matters (lines, columns) are first checked by place: a surplus of one side is
 // attributed to the first rows whose key does not fit, and rows whose keys then still differ at
 // the same place count as replaced.
+//
+// The array that receives the differences may be one of those that are compared, so elements are
+// taken out or copied before anything is recorded.
 
+#include <utility>
 #include <vector>
 
 #include "engine/find_element.h"
 #include "engine/level_basis.h"
+#include "platform/failure.h"
 #include "platform/text.h"
 
 namespace tessary {
@@ -17,11 +22,13 @@ namespace {
 
 // The row's key, or the empty text for a row behind the end.
 Symbol KeyAt(const Ref<ElementTable>& array, std::int32_t row) {
-  if (!array || row > array->rows()) return Symbol::kEmpty;
-  return array->Row(row).key[bxeaKey];
+  return row > array->rows() ? Symbol::kEmpty : array->Row(row).key[bxeaKey];
 }
 
-std::int32_t RowsOf(const Ref<ElementTable>& array) { return array ? array->rows() : 0; }
+std::int32_t RowsOf(const Ref<ElementTable>& array) {
+  if (!array) throw Failure(kObjectNotSet);
+  return array->rows();
+}
 
 }  // namespace
 
@@ -44,13 +51,14 @@ bool BXLevelBasis::CheckForAddingAllElements(const Ref<ElementTable>& aOldElemen
     const bool all_deleted = IsArrayEmpty(aNewElement);
     if (!all_deleted && !IsArrayEmpty(aOldElement)) return false;
     const Ref<ElementTable>& source = all_deleted ? aOldElement : aNewElement;
-    for (std::int32_t row = 1; row <= RowsOf(source); ++row) {
+    std::vector<Element> taken;
+    for (std::int32_t row = 1; row <= RowsOf(source); ++row) taken.push_back(source->Row(row));
+    source->DeleteAll();
+    for (Element& element : taken) {
       context_->Yield();
-      Element element = source->Row(row);
       element.set_value(pool().Text(element.key[bxeaName]));  // the value takes the name, not column 11
       Record(element, all_deleted ? bxsDelete : bxsNew);
     }
-    if (source) source->DeleteAll();
     return true;
   });
 }
@@ -73,11 +81,13 @@ void BXLevelBasis::CheckMissingElements(const Ref<ElementTable>& aSource,
 
 void BXLevelBasis::TakeOver(const Ref<ElementTable>& source,
                             const std::vector<std::uint8_t>& marked, BXStatus status) {
+  std::vector<Element> taken;
   for (std::int32_t row = 1; row <= RowsOf(source); ++row) {
     context_->Yield();
-    if (marked[static_cast<std::size_t>(row) - 1]) Record(source->Row(row), status);
+    if (marked[static_cast<std::size_t>(row) - 1]) taken.push_back(source->Row(row));
   }
-  if (source) source->DeleteMarked(marked);
+  source->DeleteMarked(marked);
+  for (const Element& element : taken) Record(element, status);
 }
 
 void BXLevelBasis::CheckMissingSpecialElements(const Ref<ElementTable>& aSource,
@@ -112,18 +122,20 @@ void BXLevelBasis::RecordReplaced(const Ref<ElementTable>& source, const Ref<Ele
                                   BXStatus status, std::int32_t start) {
   std::vector<std::uint8_t> source_marked(static_cast<std::size_t>(RowsOf(source)));
   std::vector<std::uint8_t> dest_marked(static_cast<std::size_t>(RowsOf(dest)));
+  std::vector<std::pair<Element, BXStatus>> taken;
   for (std::int32_t row = start; row <= RowsOf(source); ++row) {
     if (pool().Same(KeyAt(source, row), KeyAt(dest, row))) continue;
     const bool in_dest = row <= RowsOf(dest);
     // The element of the new side is recorded first, whichever side is the source.
-    if (status == bxsNew) Record(source->Row(row), bxsNew);
-    if (in_dest) Record(dest->Row(row), status == bxsNew ? bxsDelete : bxsNew);
-    if (status != bxsNew) Record(source->Row(row), status);
+    if (status == bxsNew) taken.emplace_back(source->Row(row), bxsNew);
+    if (in_dest) taken.emplace_back(dest->Row(row), status == bxsNew ? bxsDelete : bxsNew);
+    if (status != bxsNew) taken.emplace_back(source->Row(row), status);
     source_marked[static_cast<std::size_t>(row) - 1] = 1;
     if (in_dest) dest_marked[static_cast<std::size_t>(row) - 1] = 1;
   }
-  if (source) source->DeleteMarked(source_marked);
-  if (dest) dest->DeleteMarked(dest_marked);
+  source->DeleteMarked(source_marked);
+  dest->DeleteMarked(dest_marked);
+  for (const auto& [element, element_status] : taken) Record(element, element_status);
 }
 
 void BXLevelBasis::CompareElements(const Ref<ElementTable>& aOldElement,
@@ -141,16 +153,17 @@ void BXLevelBasis::CompareElements(const Ref<ElementTable>& aOldElement,
     const int child_class =
         strCreateObject.empty() ? Element::kNoChild : LevelClassNumber(strCreateObject);
     const Symbol skipped = pool().Intern(pairing.skipped_key);
-    for (std::int32_t row = 1; row <= RowsOf(aNewElement); ++row) {
+    const std::int32_t rows = RowsOf(aNewElement);
+    for (std::int32_t row = 1; row <= rows; ++row) {
       context_->Yield();
-      const Element& element = aNewElement->Row(row);
+      const Element element = aNewElement->Row(row);
       if (skipped != Symbol::kEmpty && pool().Same(element.key[bxeaKey], skipped)) continue;
       const std::int32_t old_row = FindElement(
           aOldElement, pairing.by_identity_alone ? element.key.Identity() : element.key);
       if (old_row == 0) {
         ReportUnpaired();
       } else {
-        ComparePair(aOldElement->Row(old_row), element, child_class);
+        ComparePair(Element(aOldElement->Row(old_row)), element, child_class);
       }
     }
   });

@@ -36,11 +36,11 @@ void BXLevelBasis::Convert(const Ref<ElementTable>& aReport, const Ref<ElementTa
     for (std::int32_t row = 1; row <= aDiffFile->rows(); ++row) {
       context_->Yield();
       if (row > 1 && aDiffFile->Row(row).status != aDiffFile->Row(row - 1).status) {
-        m_aElement->Settle();
+        aReport->Settle();
       }
       ApplyDifference(aDiffFile, row);
     }
-    m_aElement->Settle();
+    aReport->Settle();
   });
 }
 
@@ -56,13 +56,23 @@ void BXLevelBasis::ApplyDifference(const Ref<ElementTable>& aDiffFile, std::int3
     case bxsDelete:
       return DeleteElement(difference);
     case bxsNew:
-      if (before_insert_) before_insert_->BeforeInsert(difference);
+      AnnounceInsertion(*aDiffFile, lngRow);
       return InsertElement(aDiffFile->Row(lngRow));
     case bxsUpdate:
       return UpdateElement(aDiffFile, lngRow);
     default:
       return;
   }
+}
+
+// An observer may change whatever it can reach, so nothing seen before it was asked counts after.
+void BXLevelBasis::AnnounceInsertion(ElementTable& aDiffFile, std::int32_t lngRow) {
+  if (before_insert_) before_insert_->BeforeInsert(aDiffFile.Row(lngRow));
+  if (!insertion_observer_) return;
+  ChildOf(aDiffFile, lngRow);
+  const Element announced = aDiffFile.Row(lngRow);
+  insertion_observer_->BeforeInsert(announced);
+  if (!m_aElement) throw Failure(kObjectNotSet);
 }
 
 void BXLevelBasis::DeleteElement(const Element& difference) {

@@ -14,7 +14,6 @@
 
 #include "engine/element_index.h"
 #include "engine/find_element.h"
-#include "engine/row_order.h"
 #include "platform/failure.h"
 
 namespace tessary {
@@ -77,6 +76,7 @@ void ElementTable::Append(Element element) {
 void ElementTable::Insert(std::int32_t row, Element element) {
   if (row == rows() + 1) return Append(std::move(element));
   Slot(row);
+  ++rearrangements_;
   RowOrder& order = Edit();
   const auto slot = static_cast<std::uint32_t>(slots_.size());
   slots_.push_back(std::move(element));
@@ -87,6 +87,7 @@ void ElementTable::Insert(std::int32_t row, Element element) {
 
 void ElementTable::Delete(std::int32_t row) {
   const std::size_t slot = Slot(row);
+  ++rearrangements_;
   if (!order_ && !index_ && row == rows()) {  // an index must not see a slot used again
     slots_.pop_back();
     return;
@@ -97,6 +98,7 @@ void ElementTable::Delete(std::int32_t row) {
 }
 
 void ElementTable::DeleteAll() {
+  ++rearrangements_;
   DropIndex();
   order_.reset();
   slots_.clear();
@@ -106,6 +108,7 @@ void ElementTable::DeleteMarked(const std::vector<std::uint8_t>& marked) {
   Settle();
   const auto first = std::find_if(marked.begin(), marked.end(), [](auto mark) { return mark != 0; });
   if (first == marked.end()) return;
+  ++rearrangements_;
   DropIndex();
   auto kept = static_cast<std::size_t>(first - marked.begin());
   for (std::size_t at = kept; at < marked.size(); ++at) {
@@ -118,6 +121,7 @@ void ElementTable::SortByStatus() {
   Settle();
   const auto before = [](const Element& a, const Element& b) { return a.status < b.status; };
   if (std::is_sorted(slots_.begin(), slots_.end(), before)) return;
+  ++rearrangements_;
   DropIndex();
   std::stable_sort(slots_.begin(), slots_.end(), before);
 }
@@ -125,6 +129,7 @@ void ElementTable::SortByStatus() {
 void ElementTable::SetText(std::int32_t row, BXElementArray column, Symbol text) {
   const std::size_t slot = Slot(row);
   slots_[slot].key[column] = text;
+  if (column == bxeaName) ++rearrangements_;
   if (!index_) return;
   if (IsIdentityColumn(column)) {
     DropIndex();
@@ -142,7 +147,9 @@ void ElementTable::SetStatus(std::int32_t row, BXStatus status) {
 }
 
 void ElementTable::SetChild(std::int32_t row, Ref<Level> child) {
-  slots_[Slot(row)].child = std::move(child);
+  Element& element = slots_[Slot(row)];
+  element.child = std::move(child);
+  element.pending_child = Element::kNoChild;
 }
 
 void ElementTable::Settle() {

@@ -8,12 +8,12 @@
 #include "engine/element.h"
 #include "engine/level.h"
 #include "engine/ref.h"
+#include "engine/row_order.h"
 #include "engine/text_pool.h"
 
 namespace tessary {
 
 class ElementIndex;
-class RowOrder;
 
 // The element array of one level: its rows are the elements in file order, counted from 1.
 // A row number outside 1 .. rows() raises Failure 9 in every member that takes one.
@@ -26,7 +26,10 @@ class ElementTable : public RefCounted {
 
   TextPool& pool() const { return *pool_; }
   std::int32_t rows() const;
-  const Element& Row(std::int32_t row) const { return slots_[Slot(row)]; }
+  const Element& Row(std::int32_t row) const {
+    const auto place = static_cast<std::size_t>(row) - 1;
+    return !order_ && place < slots_.size() ? slots_[place] : slots_[Slot(row)];
+  }
 
   // Adds a row behind the last one.
   void Append(Element element);
@@ -44,12 +47,16 @@ class ElementTable : public RefCounted {
   // The value is kept in the pool.
   void SetValue(std::int32_t row, std::string_view value);
   void SetStatus(std::int32_t row, BXStatus status);
+  // Null: the row has no child level from now on.
   void SetChild(std::int32_t row, Ref<Level> child);
 
   // The row of the best match, see FindElement; 0 when there is none.
   std::int32_t Find(const ElementKey& wanted) const;
   // The first row with this name without regard to case; 0 when there is none.
   std::int32_t FindName(Symbol name) const;
+
+  // Changes whenever rows stand or are named differently than before; appending does not count.
+  std::uint32_t rearrangements() const { return rearrangements_; }
 
   // Brings storage back into row order after a run of insertions and deletions, so that walking
   // the rows is fast again. Changes nothing that can be seen.
@@ -69,6 +76,7 @@ class ElementTable : public RefCounted {
   std::unique_ptr<RowOrder> order_;  // none while slots stand in row order
   mutable std::unique_ptr<ElementIndex> index_;
   mutable std::int32_t scans_ = 0;  // since there was an index last
+  std::uint32_t rearrangements_ = 0;
 };
 
 // True when there is no array or it has no rows.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "engine/error_collection.h"
 #include "engine/ref.h"
 #include "engine/text_pool.h"
@@ -7,6 +9,7 @@
 
 namespace tessary {
 
+class ElementTable;
 class EngineContext;
 class Level;
 
@@ -27,6 +30,8 @@ class EngineContext : public RefCounted {
     if (loop_) loop_->Yield();
   }
   Ref<Level> CreateLevel(int number);
+  // The child level of a row, which comes into being here where it was only noted so far.
+  Ref<Level> ChildOf(ElementTable& array, std::int32_t row);
 
  private:
   Ref<TextPool> pool_ = MakeRef<TextPool>();

@@ -1,5 +1,6 @@
 #include "engine/level.h"
 
+#include "engine/element_table.h"
 #include "engine/engine_context.h"
 #include "platform/failure.h"
 #include "platform/text.h"
@@ -21,6 +22,14 @@ int LevelClassNumber(std::string_view class_identifier) {
 
 Ref<Level> EngineContext::CreateLevel(int number) {
   return create_level_(Ref<EngineContext>(this), number);
+}
+
+Ref<Level> EngineContext::ChildOf(ElementTable& array, std::int32_t row) {
+  const Element& element = array.Row(row);
+  if (!element.child && element.HasChild()) {
+    array.SetChild(row, CreateLevel(element.pending_child));
+  }
+  return array.Row(row).child;
 }
 
 }  // namespace tessary

@@ -11,6 +11,13 @@ namespace tessary {
 
 class ElementTable;
 
+// Hears of an element that Convert is about to insert, before the place for it is looked for.
+class BeforeInsertHandler {
+ public:
+  virtual ~BeforeInsertHandler() = default;
+  virtual void BeforeInsert(const Element& element) = 0;
+};
+
 // The arguments of Add: an element's columns and what kind of line it comes from. The texts need
 // to live only as long as the call.
 struct AddArguments {
@@ -85,6 +92,14 @@ class Level : public RefCounted {
   // put into the order deletions, insertions, updates. After a failure the differences applied so
   // far stay applied.
   virtual void Convert(const Ref<ElementTable>& aReport, const Ref<ElementTable>& aDiffFile) = 0;
+
+  // Who hears of insertions after the level class itself, with the element's child level in place;
+  // or null. Must outlive this object or be taken back.
+  virtual void SetInsertionObserver(BeforeInsertHandler* observer) = 0;
+
+  // 0 to 9 for the level classes, kNoLevelClass for the engine class by itself.
+  static constexpr int kNoLevelClass = -1;
+  virtual int ClassNumber() const { return kNoLevelClass; }
 };
 
 // The number of the level class with this class identifier ("Tessary.BXLevel1" .. "Tessary.BXLevel9");

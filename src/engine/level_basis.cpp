@@ -29,7 +29,9 @@ Element BXLevelBasis::MakeElement(const AddArguments& arguments,
   Element element;
   element.status = static_cast<std::int8_t>(arguments.bxsStatus);
   element.key[bxeaName] = texts.Intern(arguments.strName);
-  element.key[bxeaKey] = texts.Intern(arguments.strKey);
+  const bool key_is_name = arguments.strKey.data() == arguments.strName.data() &&
+                           arguments.strKey.size() == arguments.strName.size();
+  element.key[bxeaKey] = key_is_name ? element.key[bxeaName] : texts.Intern(arguments.strKey);
   element.key[bxeaTyp] = texts.Intern(arguments.strTyp);
   element.key[bxeaPosPrevName] = texts.Intern(arguments.strPosPrevName);
   element.key[bxeaPosPrevKey] = texts.Intern(arguments.strPosPrevKey);
@@ -85,15 +87,6 @@ void BXLevelBasis::NumberRun(std::int32_t last, Element& element) {
 Ref<Level> BXLevelBasis::LastElement() {
   if (!m_aElement) throw Failure(kObjectNotSet);
   return ChildOf(*m_aElement, m_aElement->rows());
-}
-
-// The child level of a row, which comes into being here where it was only noted so far.
-Ref<Level> BXLevelBasis::ChildOf(ElementTable& array, std::int32_t row) const {
-  const Element& element = array.Row(row);
-  if (!element.child && element.HasChild()) {
-    array.SetChild(row, context_->CreateLevel(element.pending_child));
-  }
-  return array.Row(row).child;
 }
 
 // The element array of an element's child level. A child that nobody has used has none yet.

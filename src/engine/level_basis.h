@@ -11,13 +11,6 @@
 
 namespace tessary {
 
-// Hears of an element that Convert is about to insert, before the place for it is looked for.
-class BeforeInsertHandler {
- public:
-  virtual ~BeforeInsertHandler() = default;
-  virtual void BeforeInsert(const Element& element) = 0;
-};
-
 // How the elements of two lists are paired when they are compared.
 struct Pairing {
   std::string_view skipped_key;     // rows of the new list with this key are left out; empty: none
@@ -34,7 +27,7 @@ class BXLevelBasis final : public Level {
   // The characters must outlive the object.
   void SetLevelClassName(std::string_view name) { m_strLevelClassName = name; }
   std::string_view LevelClassName() const { return m_strLevelClassName; }
-  // Who hears of insertions, or null; must outlive this object or be taken back.
+  // The level class that takes part in insertions, or null; must outlive this object.
   void SetBeforeInsertHandler(BeforeInsertHandler* handler) { before_insert_ = handler; }
   EngineContext& context() const { return *context_; }
 
@@ -56,6 +49,9 @@ class BXLevelBasis final : public Level {
   bool GetFoundFieldValue(FoundField& field) override;
   void PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t lngLevel) override;
   void Convert(const Ref<ElementTable>& aReport, const Ref<ElementTable>& aDiffFile) override;
+  void SetInsertionObserver(BeforeInsertHandler* observer) override {
+    insertion_observer_ = observer;
+  }
 
   // CompareElements with another way of pairing.
   void CompareElements(const Ref<ElementTable>& aOldElement, const Ref<ElementTable>& aNewElement,
@@ -81,7 +77,9 @@ class BXLevelBasis final : public Level {
   void AddElement(Element element);
   void CheckValuesAround(Element& element);
   void NumberRun(std::int32_t last, Element& element);
-  Ref<Level> ChildOf(ElementTable& array, std::int32_t row) const;
+  Ref<Level> ChildOf(ElementTable& array, std::int32_t row) const {
+    return context_->ChildOf(array, row);
+  }
   Ref<ElementTable> ChildArrayOf(const Element& element) const;
 
   void Record(const Element& element, BXStatus status);
@@ -99,6 +97,7 @@ class BXLevelBasis final : public Level {
 
   void PrepareConversion(const Ref<ElementTable>& aDiffFile);
   void ApplyDifference(const Ref<ElementTable>& aDiffFile, std::int32_t lngRow);
+  void AnnounceInsertion(ElementTable& aDiffFile, std::int32_t lngRow);
   void DeleteElement(const Element& difference);
   void InsertElement(const Element& difference);
   void UpdateElement(const Ref<ElementTable>& aDiffFile, std::int32_t lngRow);
@@ -108,6 +107,7 @@ class BXLevelBasis final : public Level {
   Ref<ElementTable> m_aElement;
   std::string_view m_strLevelClassName;
   BeforeInsertHandler* before_insert_ = nullptr;
+  BeforeInsertHandler* insertion_observer_ = nullptr;
   FoundField found_field_;
 };
 

@@ -49,8 +49,7 @@ TextPool::TextPool() : table_(kFirstTableSize) { Insert({}, Hash({}), Hash({}) %
 
 TextPool::~TextPool() = default;
 
-Symbol TextPool::Intern(std::string_view text) {
-  if (text.empty()) return Symbol::kEmpty;
+Symbol TextPool::InternFilled(std::string_view text) {
   const std::uint32_t hash = Hash(text);
   const std::size_t mask = table_.size() - 1;
   for (std::size_t slot = hash & mask;; slot = (slot + 1) & mask) {

@@ -23,7 +23,9 @@ class TextPool : public RefCounted {
   ~TextPool() override;
 
   // The symbol of `text`. The pool keeps a copy, or refers to an adopted buffer that holds `text`.
-  Symbol Intern(std::string_view text);
+  Symbol Intern(std::string_view text) {
+    return text.empty() ? Symbol::kEmpty : InternFilled(text);
+  }
   // The symbol of a number's decimal text.
   Symbol InternNumber(std::int32_t number);
 
@@ -47,6 +49,7 @@ class TextPool : public RefCounted {
     Symbol fold;
   };
 
+  Symbol InternFilled(std::string_view text);
   static std::size_t Index(Symbol symbol) { return static_cast<std::size_t>(symbol); }
   Symbol Insert(std::string_view text, std::uint32_t hash, std::size_t slot);
   Symbol FoldOf(std::string_view text, Symbol self);

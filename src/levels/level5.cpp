@@ -27,12 +27,13 @@ void BXLevel5::UpdatePropertyLineID(std::int32_t lngStartRow, std::int32_t lngSt
   InProcedure("UpdatePropertyLineID").Run([&] {
     const Ref<ElementTable> lines = Elements();
     if (IsArrayEmpty(lines) || lngStartRow < 1) return;
-    std::int64_t number = lngStartID;
+    std::int32_t number = lngStartID;
     for (std::int32_t row = lngStartRow; row <= lines->rows(); ++row) {
       Yield();
       if (!IsLineSection(pool().Text(lines->Row(row).key[bxeaName]))) continue;
-      if (number > INT32_MAX) throw Failure(kOverflow);
-      SetLineNumber(*lines, row, static_cast<std::int32_t>(number++));
+      SetLineNumber(*lines, row, number);
+      if (number == INT32_MAX) throw Failure(kOverflow);
+      ++number;
     }
   });
 }

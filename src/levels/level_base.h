@@ -43,6 +43,10 @@ class LevelBase : public Level {
   void Convert(const Ref<ElementTable>& aReport, const Ref<ElementTable>& aDiffFile) override {
     m_objBasis.Convert(aReport, aDiffFile);
   }
+  void SetInsertionObserver(BeforeInsertHandler* observer) override {
+    m_objBasis.SetInsertionObserver(observer);
+  }
+  int ClassNumber() const override { return number_; }
 
  protected:
   LevelBase(const Ref<EngineContext>& context, int number);

@@ -50,6 +50,7 @@ class BXReportFile {
   struct OwnerSearch {
     Ref<ElementTable> array;
     Symbol owner = Symbol::kEmpty;
+    std::uint32_t rearrangements = 0;
     std::int32_t searched = 0;
     std::int32_t found = 0;
   };

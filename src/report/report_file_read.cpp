@@ -128,12 +128,14 @@ void BXReportFile::AddFieldValue(Symbol strFieldOwner, std::int32_t lngOwnerLeve
 }
 
 std::int32_t BXReportFile::LastRowNamed(const Ref<ElementTable>& array, Symbol owner) {
-  const auto known = std::find_if(
-      owner_searches_.begin(), owner_searches_.end(),
-      [&](const OwnerSearch& search) { return search.array == array && search.owner == owner; });
+  const auto known =
+      std::find_if(owner_searches_.begin(), owner_searches_.end(), [&](const OwnerSearch& search) {
+        return search.array == array && search.owner == owner &&
+               search.rearrangements == array->rearrangements();
+      });
   if (known == owner_searches_.end()) next_search_ = (next_search_ + 1) % owner_searches_.size();
   OwnerSearch& search = known == owner_searches_.end() ? owner_searches_[next_search_] : *known;
-  if (known == owner_searches_.end()) search = {array, owner, 0, 0};
+  if (known == owner_searches_.end()) search = {array, owner, array->rearrangements(), 0, 0};
   const TextPool& pool = array->pool();
   for (std::int32_t row = array->rows(); row > search.searched; --row) {
     if (!pool.Same(array->Row(row).key[bxeaName], owner)) continue;
