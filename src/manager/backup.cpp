@@ -39,20 +39,36 @@ std::string OlderCopyName(const std::string& file_name, int number) {
 }
 
 // Moves a copy that is about to be replaced by other contents out of the way, so that the
-// original survives any number of runs.
-void KeepOlderCopy(const Surroundings& around, const std::string& folder,
-                   const std::string& file_name, const std::string& report) {
+// original survives any number of runs. Returns its new name; empty when nothing had to be moved.
+std::string KeepOlderCopy(const Surroundings& around, const std::string& folder,
+                          const std::string& file_name, const std::string& report) {
   const std::string copy = JoinPath(folder, file_name);
-  if (!around.files.FileExists(copy) || around.files.SameContents(copy, report)) return;
+  if (!around.files.FileExists(copy) || around.files.SameContents(copy, report)) return {};
   int number = 1;
   while (around.files.FileExists(JoinPath(folder, OlderCopyName(file_name, number)))) {
     if (++number > kMostOlderCopies) throw Failure(kFileExists);
   }
-  const std::string kept = OlderCopyName(file_name, number);
+  std::string kept = OlderCopyName(file_name, number);
   around.files.RenameFile(copy, JoinPath(folder, kept));
+  return kept;
+}
+
+// Without a new copy the older one is all there is to restore a report from.
+void TakeBackOlderCopy(const Surroundings& around, const std::string& folder,
+                       const std::string& file_name, const std::string& kept) {
+  try {
+    around.files.RenameFile(JoinPath(folder, kept), JoinPath(folder, file_name));
+  } catch (const Failure&) {
+    // It stays safe under its other name.
+  }
+}
+
+void TellOfOlderCopy(const Surroundings& around, const std::string& folder,
+                     const std::string& file_name, const std::string& kept) {
   if (!around.notices) return;
-  around.notices->Warning("Im Sicherungsverzeichnis " + folder + " lag bereits eine andere Fassung von " +
-                          file_name + "; sie bleibt dort als " + kept + " erhalten.");
+  around.notices->Warning("Im Sicherungsverzeichnis " + folder +
+                          " lag bereits eine andere Fassung von " + file_name +
+                          "; sie bleibt dort als " + kept + " erhalten.");
 }
 
 }  // namespace
@@ -80,13 +96,16 @@ BackupFolder CreateBackupFolder(const Surroundings& around, const std::string& r
 Answer BackupReport(const Surroundings& around, const std::string& backup_folder,
                     const std::string& report_folder, const std::string& file_name) {
   const std::string report = JoinPath(report_folder, file_name);
+  std::string kept;
   try {
-    KeepOlderCopy(around, backup_folder, file_name, report);
+    kept = KeepOlderCopy(around, backup_folder, file_name, report);
     around.files.CopyFile(report, JoinPath(backup_folder, file_name));
-    return Answer::kYes;
   } catch (const Failure&) {
+    if (!kept.empty()) TakeBackOlderCopy(around, backup_folder, file_name, kept);
     return Ask(around, ReportQuestion(file_name));
   }
+  if (!kept.empty()) TellOfOlderCopy(around, backup_folder, file_name, kept);
+  return Answer::kYes;
 }
 
 void RestoreFile(const Surroundings& around, ErrorCollection& errors,

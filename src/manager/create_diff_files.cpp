@@ -131,9 +131,10 @@ std::string BXConvertLLMgr::WriteDifferences(Step& step, const Ref<EngineContext
                                              const std::string& diff_folder,
                                              const Ref<ElementTable>& lines) {
   ShowStep("Schreibvorgang wird vorbereitet");
+  step.exit_message = "Fehler beim Schreiben der Differenz-Datei ";
   const std::string name = BuildDiffFileName(around_.files, pair.old_path, pair.new_path);
   const std::string path = JoinPath(diff_folder, name);
-  step.exit_message = "Fehler beim Schreiben der Differenz-Datei " + path;
+  step.exit_message += path;
   if (IsUnsafeFileName(name)) throw Failure(kBadFileName);
   WarnOfSameName(name, pair.old_name);
   ShowStep("Differenzdatei " + name + " wird geschrieben");

@@ -4,6 +4,23 @@
 
 namespace tessary {
 
+namespace {
+
+constexpr std::size_t kBlockSize = std::size_t{64} << 10;
+
+// Reads until the block is full or the file ends.
+std::size_t FillBlock(FileReader& file, std::string& block) {
+  std::size_t used = 0;
+  while (used < block.size()) {
+    const std::size_t count = file.Read(block.data() + used, block.size() - used);
+    if (count == 0) break;
+    used += count;
+  }
+  return used;
+}
+
+}  // namespace
+
 std::string ReadWholeFile(FileReader& file) {
   // A hint may be far off (sparse files), so memory beyond these bounds is taken step by step.
   constexpr std::size_t kFirstBlock = 4096;
@@ -19,6 +36,17 @@ std::string ReadWholeFile(FileReader& file) {
   }
   contents.resize(used);
   return contents;
+}
+
+bool SameBytes(FileReader& a, FileReader& b) {
+  std::string block_a(kBlockSize, '\0');
+  std::string block_b(kBlockSize, '\0');
+  while (true) {
+    const std::size_t size_a = FillBlock(a, block_a);
+    const std::size_t size_b = FillBlock(b, block_b);
+    if (size_a != size_b || block_a.compare(0, size_a, block_b, 0, size_b) != 0) return false;
+    if (size_a == 0) return true;
+  }
 }
 
 }  // namespace tessary

@@ -83,6 +83,9 @@ class FileSystem {
 // The whole contents of a file.
 std::string ReadWholeFile(FileReader& file);
 
+// True when both files hold the same bytes from where they have been read to on.
+bool SameBytes(FileReader& a, FileReader& b);
+
 // The file system of this computer; lives as long as the process.
 FileSystem& SystemFiles();
 

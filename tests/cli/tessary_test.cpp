@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/path.h"
 #include "support/failing_files.h"
 #include "support/fake_console.h"
 #include "support/manager_test_base.h"
@@ -65,8 +66,9 @@ TEST_F(TessaryTest, DiffFolderCountsWhatItPassesOver) {
   EXPECT_EQ(console_.out,
             "OK      Die Differenz-Datei 3_4Rechnung für den Bericht Rechnung von Version 3 nach 4 "
             "wurde erfolgreich erstellt.\n"
-            "FEHLER  Vergleich mit dem Bericht /new/Angebot.lst fehlgeschlagen.\n"
-            "        Hinweis Die Datei /new/Angebot.lst existiert nicht.\n"
+            "FEHLER  Vergleich mit dem Bericht " + MakeAbsolute("/new/Angebot.lst") +
+                " fehlgeschlagen.\n        Hinweis Die Datei " + MakeAbsolute("/new/Angebot.lst") +
+                " existiert nicht.\n"
             "1 Differenz-Datei erstellt, 1 fehlgeschlagen, 1 Datei übergangen (kein Bericht)\n");
 }
 
@@ -81,8 +83,9 @@ TEST_F(TessaryTest, ConvertNamesAMissingReportByItsPathAndCountsItOnce) {
   PutReports({});
   EXPECT_EQ(Run({"convert", "/rep/x.lst", "/diff/3_4Rechnung"}), kExitFailed);
   EXPECT_EQ(console_.out,
-            "FEHLER  Konvertierung des Berichts /rep/x.lst fehlgeschlagen.\n"
-            "        Hinweis Die Datei /rep/x.lst existiert nicht.\n"
+            "FEHLER  Konvertierung des Berichts " + MakeAbsolute("/rep/x.lst") +
+                " fehlgeschlagen.\n        Hinweis Die Datei " + MakeAbsolute("/rep/x.lst") +
+                " existiert nicht.\n"
             "0 Berichte konvertiert, 1 fehlgeschlagen\n");
 }
 
@@ -117,7 +120,7 @@ TEST_F(TessaryTest, QuietPrintsOnlyFailures) {
   EXPECT_EQ(Run({"convert-folder", "/diff", "/rep", "--quiet"}), kExitDone);
   EXPECT_EQ(console_.out, "");
   EXPECT_EQ(Run({"convert-folder", "/diff", "/none", "--quiet"}), kExitFailed);
-  EXPECT_EQ(console_.out, "FEHLER  Der Ordner /none existiert nicht.\n");
+  EXPECT_EQ(console_.out, "FEHLER  Der Ordner " + MakeAbsolute("/none") + " existiert nicht.\n");
 }
 
 TEST_F(TessaryTest, QuietShowsNoProgress) {
@@ -254,7 +257,7 @@ TEST_F(TessaryTest, ShowOfAnEmptyFilePrintsNothing) {
 TEST_F(TessaryTest, FilesThatCannotBeReadAreNamed) {
   files_.Put("/bom.lst", "\xEF\xBB\xBF[A]\r\n");
   EXPECT_EQ(Run({"show", "/none.lst"}), kExitFailed);
-  EXPECT_EQ(console_.err, "tessary: Die Datei /none.lst existiert nicht.\n");
+  EXPECT_EQ(console_.err, "tessary: Die Datei " + MakeAbsolute("/none.lst") + " existiert nicht.\n");
   EXPECT_EQ(Run({"show", "/bom.lst"}), kExitFailed);
   EXPECT_NE(console_.err.find("tessary: Fehler beim Verarbeiten einer Zeile.\n"),
             std::string::npos);
@@ -281,8 +284,9 @@ TEST_F(TessaryTest, RoundtripIntoAMissingFolderFails) {
 TEST_F(TessaryTest, LinesLeftOutAreAWarning) {
   files_.Put("/a.lst", "[A]\n}\n}\nX=1\n");
   EXPECT_EQ(Run({"show", "/a.lst"}), kExitDone);
-  EXPECT_NE(console_.err.find("Warnung: Die Datei /a.lst hat 1 Zeile außerhalb der Ebenen 0 bis 9; "
-                              "sie wird nicht übernommen.\n"),
+  EXPECT_NE(console_.err.find("Warnung: Die Datei " + MakeAbsolute("/a.lst") +
+                              " hat 1 Zeile außerhalb der Ebenen 0 bis 9; sie wird nicht "
+                              "übernommen.\n"),
             std::string::npos)
       << console_.err;
 }

@@ -58,8 +58,10 @@ class MemoryFiles::Replacement final : public FileReplacement {
 };
 
 std::string MemoryFiles::Normalised(const std::string& path) {
-  std::string result;
-  for (const char c : path) {
+  // There is one root, whatever drive a path names.
+  const std::size_t root = PathRootLength(path);
+  std::string result(root > 0 ? 1 : 0, kPathSeparator);
+  for (const char c : path.substr(root)) {
     const char next = IsPathSeparator(c) ? kPathSeparator : c;
     if (next != kPathSeparator || !result.ends_with(kPathSeparator)) result.push_back(next);
   }

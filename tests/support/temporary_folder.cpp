@@ -1,6 +1,6 @@
 #include "support/temporary_folder.h"
 
-#include <filesystem>
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -16,33 +16,44 @@ TemporaryFolder::TemporaryFolder() {
   std::random_device random;
   do {
     const std::string name = "tessary-test-" + std::to_string(random());
-    path_ = JoinPath(fs::canonical(fs::temp_directory_path()).string(), name);
-  } while (!fs::create_directory(path_));
+    path_ = JoinPath(TextOf(fs::canonical(fs::temp_directory_path())), name);
+  } while (!fs::create_directory(LibraryPath(path_)));
 }
 
 TemporaryFolder::~TemporaryFolder() {
   std::error_code ignored;
   // A test may have taken away the right to remove what a folder holds.
-  for (fs::recursive_directory_iterator entry(path_, ignored), end; entry != end;
+  for (fs::recursive_directory_iterator entry(LibraryPath(path_), ignored), end; entry != end;
        entry.increment(ignored)) {
     if (!entry->is_symlink(ignored) && entry->is_directory(ignored))
       fs::permissions(entry->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
   }
-  fs::remove_all(path_, ignored);
+  fs::remove_all(LibraryPath(path_), ignored);
 }
 
 std::string TemporaryFolder::operator/(std::string_view name) const {
-  return JoinPath(path_, name);
+  std::string path = JoinPath(path_, name);
+  std::replace(path.begin(), path.end(), '/', kPathSeparator);
+  return path;
+}
+
+fs::path LibraryPath(std::string_view path) {
+  return fs::path(std::u8string(path.begin(), path.end()));
+}
+
+std::string TextOf(const fs::path& path) {
+  const std::u8string text = path.u8string();
+  return std::string(text.begin(), text.end());
 }
 
 void PutFile(const std::string& path, std::string_view contents) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  std::ofstream file(LibraryPath(path), std::ios::binary | std::ios::trunc);
   file.write(contents.data(), static_cast<std::streamsize>(contents.size()));
   if (!file.flush()) throw std::runtime_error("cannot write " + path);
 }
 
 std::string GetFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(LibraryPath(path), std::ios::binary);
   if (!file) throw std::runtime_error("cannot read " + path);
   return std::string(std::istreambuf_iterator<char>(file), {});
 }

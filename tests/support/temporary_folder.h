@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -14,12 +15,17 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   const std::string& path() const { return path_; }
-  // The path of something in the folder.
+  // The path of something in the folder; "/" stands for the system's separator.
   std::string operator/(std::string_view name) const;
 
  private:
   std::string path_;
 };
+
+// A path of this project for the library, whose own conversion takes other bytes on some systems;
+// and back.
+std::filesystem::path LibraryPath(std::string_view path);
+std::string TextOf(const std::filesystem::path& path);
 
 // Files on the disk, without the code under test.
 void PutFile(const std::string& path, std::string_view contents);

@@ -50,28 +50,6 @@ class PosixReader final : public FileReader {
   std::size_t expected_;
 };
 
-// Reads until the buffer is full or the file ends.
-std::size_t FillBlock(int fd, char* buffer) {
-  std::size_t used = 0;
-  while (used < kBlockSize) {
-    const std::size_t count = ReadSome(fd, buffer + used, kBlockSize - used);
-    if (count == 0) break;
-    used += count;
-  }
-  return used;
-}
-
-bool SameBytes(int a, int b) {
-  std::string block_a(kBlockSize, '\0');
-  std::string block_b(kBlockSize, '\0');
-  while (true) {
-    const std::size_t size_a = FillBlock(a, block_a.data());
-    const std::size_t size_b = FillBlock(b, block_b.data());
-    if (size_a != size_b || block_a.compare(0, size_a, block_b, 0, size_b) != 0) return false;
-    if (size_a == 0) return true;
-  }
-}
-
 // Renames unless `to` exists; errno is set when the result is false.
 bool RenameToFreeName(const char* from, const char* to) {
 #if defined(RENAME_NOREPLACE)
@@ -137,9 +115,7 @@ class PosixFileSystem final : public FileSystem {
 
   bool SameContents(const std::string& a, const std::string& b) override {
     try {
-      const OpenedFile file_a = OpenRegularFile(a, O_RDONLY);
-      const OpenedFile file_b = OpenRegularFile(b, O_RDONLY);
-      return SameBytes(file_a.fd.get(), file_b.fd.get());
+      return SameBytes(*OpenForReading(a), *OpenForReading(b));
     } catch (const Failure&) {
       return false;
     }
