@@ -10,6 +10,7 @@
 #include "cli/tessary.h"
 #include "manager/convert_ll_mgr.h"
 #include "platform/path.h"
+#include "platform/text.h"
 #include "ui/console/console_user_interface.h"
 #include "ui/console/printable.h"
 #include "ui/console/protocol_text.h"
@@ -48,6 +49,9 @@ class OperationRun {
   }
 
  private:
+  // A blank backup folder means the default one, so it must not become the current folder.
+  std::string Backup() const { return AbsolutePath(std::string(TrimBlanks(line_.backup))); }
+
   bool CallManager() {
     const auto path = [&](std::size_t operand) { return AbsolutePath(line_.operands[operand]); };
     switch (line_.command) {
@@ -56,11 +60,11 @@ class OperationRun {
       case CommandId::kDiffFolder:
         return manager_.CreateDiffFiles(path(0), path(1), path(2));
       case CommandId::kConvert:
-        return manager_.ConvertReport(path(0), path(1), AbsolutePath(line_.backup));
+        return manager_.ConvertReport(path(0), path(1), Backup());
       default:
-        return manager_.ConvertReports(
-            path(0), path(1), AbsolutePath(line_.backup),
-            [this](const std::string& name) { return omit_.Omit(name); });
+        return manager_.ConvertReports(path(0), path(1), Backup(), [this](const std::string& name) {
+          return omit_.Omit(name);
+        });
     }
   }
 

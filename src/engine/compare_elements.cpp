@@ -56,7 +56,8 @@ bool BXLevelBasis::CheckForAddingAllElements(const Ref<ElementTable>& aOldElemen
     source->DeleteAll();
     for (Element& element : taken) {
       context_->Yield();
-      element.set_value(pool().Text(element.key[bxeaName]));  // the value takes the name, not column 11
+      element.set_value(
+          pool().Text(element.key[bxeaName]));  // the value takes the name, not column 11
       Record(element, all_deleted ? bxsDelete : bxsNew);
     }
     return true;

@@ -46,9 +46,7 @@ class ElementKey {
   Symbol& operator[](BXElementArray column) { return texts_[Place(column)]; }
 
   // The identity without the position.
-  ElementKey Identity() const {
-    return {(*this)[bxeaName], (*this)[bxeaKey], (*this)[bxeaTyp]};
-  }
+  ElementKey Identity() const { return {(*this)[bxeaName], (*this)[bxeaKey], (*this)[bxeaTyp]}; }
 
  private:
   static std::size_t Place(BXElementArray column) {

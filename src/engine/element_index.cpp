@@ -34,8 +34,7 @@ std::uint32_t ElementIndex::Folded(const ElementKey& key, BXElementArray column)
 
 std::uint32_t ElementIndex::FindGroup(const ElementKey& key) const {
   const std::uint32_t number = identities_.Find(Folded(key, bxeaName), Folded(key, bxeaKey));
-  return number == kNone ? kNone
-                         : identities_.Find(number | kGroupMark, Folded(key, bxeaTyp));
+  return number == kNone ? kNone : identities_.Find(number | kGroupMark, Folded(key, bxeaTyp));
 }
 
 std::uint32_t ElementIndex::AddGroup(const ElementKey& key) {

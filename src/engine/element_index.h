@@ -31,7 +31,8 @@ class ElementIndex {
 
   // The element in `slot` is new behind all others.
   void Appended(std::uint32_t slot);
-  // The element in `slot` is new somewhere else; false when the index cannot follow and must be dropped.
+  // The element in `slot` is new somewhere else; false when the index cannot follow and must be
+  // dropped.
   bool Inserted(std::uint32_t slot, const RowOf& row_of);
   void Erased(std::uint32_t slot);
   // The position columns of the element in `slot` have changed.

@@ -106,7 +106,8 @@ void ElementTable::DeleteAll() {
 
 void ElementTable::DeleteMarked(const std::vector<std::uint8_t>& marked) {
   Settle();
-  const auto first = std::find_if(marked.begin(), marked.end(), [](auto mark) { return mark != 0; });
+  const auto first =
+      std::find_if(marked.begin(), marked.end(), [](auto mark) { return mark != 0; });
   if (first == marked.end()) return;
   ++rearrangements_;
   DropIndex();

@@ -55,7 +55,8 @@ class Level : public RefCounted {
   // Appends one element.
   virtual void Add(const AddArguments& arguments) = 0;
 
-  // The element array; the setter takes a reference, it does not copy. No array before the first Add.
+  // The element array; the setter takes a reference, it does not copy. No array before the first
+  // Add.
   virtual void SetElementArray(Ref<ElementTable> array) = 0;
   virtual Ref<ElementTable> ElementArray() const = 0;
 
@@ -78,7 +79,8 @@ class Level : public RefCounted {
   // from `aSource`.
   virtual void CheckMissingElements(const Ref<ElementTable>& aSource,
                                     const Ref<ElementTable>& aDest, BXStatus bxsStatus) = 0;
-  // Where one array is empty, records all elements of the other and empties it. True when that was so.
+  // Where one array is empty, records all elements of the other and empties it. True when that was
+  // so.
   virtual bool CheckForAddingAllElements(const Ref<ElementTable>& aOldElement,
                                          const Ref<ElementTable>& aNewElement) = 0;
 
@@ -102,8 +104,8 @@ class Level : public RefCounted {
   virtual int ClassNumber() const { return kNoLevelClass; }
 };
 
-// The number of the level class with this class identifier ("Tessary.BXLevel1" .. "Tessary.BXLevel9");
-// Failure 429 for any other.
+// The number of the level class with this class identifier ("Tessary.BXLevel1" ..
+// "Tessary.BXLevel9"); Failure 429 for any other.
 int LevelClassNumber(std::string_view class_identifier);
 
 }  // namespace tessary

@@ -23,8 +23,7 @@ void BXLevelBasis::Add(const AddArguments& arguments, std::int8_t pending_child)
   AddElement(MakeElement(arguments, pending_child));
 }
 
-Element BXLevelBasis::MakeElement(const AddArguments& arguments,
-                                  std::int8_t pending_child) const {
+Element BXLevelBasis::MakeElement(const AddArguments& arguments, std::int8_t pending_child) const {
   TextPool& texts = pool();
   Element element;
   element.status = static_cast<std::int8_t>(arguments.bxsStatus);
@@ -75,7 +74,8 @@ void BXLevelBasis::CheckValuesAround(Element& element) {
   });
 }
 
-// Numbers an element that follows one of the same name; the first of a run gets its number only now.
+// Numbers an element that follows one of the same name; the first of a run gets its number only
+// now.
 void BXLevelBasis::NumberRun(std::int32_t last, Element& element) {
   const Symbol previous = m_aElement->Row(last).key[bxeaPosNr];
   const std::int32_t number = previous == Symbol::kEmpty ? 1 : NumberOf(pool().Text(previous));

@@ -13,7 +13,7 @@ namespace tessary {
 
 // How the elements of two lists are paired when they are compared.
 struct Pairing {
-  std::string_view skipped_key;     // rows of the new list with this key are left out; empty: none
+  std::string_view skipped_key;    // rows of the new list with this key are left out; empty: none
   bool by_identity_alone = false;  // the position columns play no part
 };
 
@@ -58,9 +58,8 @@ class BXLevelBasis final : public Level {
                        std::string_view strCreateObject, const Pairing& pairing);
   // CheckMissingElements for lists whose order matters: by key and place, from row lngStartRow on.
   // What differs at the same place afterwards is recorded as replaced.
-  void CheckMissingSpecialElements(const Ref<ElementTable>& aSource,
-                                   const Ref<ElementTable>& aDest, BXStatus bxsStatus,
-                                   std::int32_t lngStartRow);
+  void CheckMissingSpecialElements(const Ref<ElementTable>& aSource, const Ref<ElementTable>& aDest,
+                                   BXStatus bxsStatus, std::int32_t lngStartRow);
   void SetFoundFieldValue(const FoundField& field) { found_field_ = field; }
 
  private:

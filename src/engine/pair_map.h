@@ -6,7 +6,8 @@
 
 namespace tessary {
 
-// A hash map from pairs of 32-bit numbers to 32-bit numbers; entries are added or replaced, never removed.
+// A hash map from pairs of 32-bit numbers to 32-bit numbers; entries are added or replaced, never
+// removed.
 class PairMap {
  public:
   static constexpr std::uint32_t kNone = UINT32_MAX;

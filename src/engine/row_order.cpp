@@ -51,10 +51,10 @@ std::uint32_t RowOrder::SlotAt(std::uint32_t row) const {
 std::uint32_t RowOrder::RowOf(std::uint32_t slot) const {
   const std::uint32_t id = chunk_of_[slot];
   const auto& slots = chunks_[id];
-  const auto before = std::accumulate(
-      sizes_.begin(), sizes_.begin() + Offset(places_[id]), std::uint32_t{0});
-  return before + static_cast<std::uint32_t>(
-                      std::find(slots.begin(), slots.end(), slot) - slots.begin());
+  const auto before =
+      std::accumulate(sizes_.begin(), sizes_.begin() + Offset(places_[id]), std::uint32_t{0});
+  return before +
+         static_cast<std::uint32_t>(std::find(slots.begin(), slots.end(), slot) - slots.begin());
 }
 
 void RowOrder::Insert(std::uint32_t row, std::uint32_t slot) {

@@ -36,7 +36,8 @@ class TextPool : public RefCounted {
   Symbol Fold(Symbol symbol) const { return entries_[Index(symbol)].fold; }
   bool Same(Symbol a, Symbol b) const { return a == b || Fold(a) == Fold(b); }
 
-  // A copy of `text` that lives as long as the pool; no copy is made of a part of an adopted buffer.
+  // A copy of `text` that lives as long as the pool; no copy is made of a part of an adopted
+  // buffer.
   std::string_view Keep(std::string_view text);
 
   // Takes over a buffer, such as a whole file, whose parts can then be kept without copying.

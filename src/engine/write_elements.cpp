@@ -9,8 +9,8 @@
 namespace tessary {
 
 void BXLevelBasis::PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t lngLevel) {
-  const Procedure procedure = InProcedure("BXLevelBasis_PrepareWriting",
-                                          "Fehler beim Vorbereiten des Schreibvorganges.");
+  const Procedure procedure =
+      InProcedure("BXLevelBasis_PrepareWriting", "Fehler beim Vorbereiten des Schreibvorganges.");
   procedure.Run([&] {
     if (IsArrayEmpty(m_aElement)) return;
     if (!aWrite) aWrite = MakeRef<WriteTable>();

@@ -12,9 +12,8 @@ class BXLevel3 final : public LevelBase {
  private:
   void CheckMissing(const Ref<ElementTable>& aOldElement,
                     const Ref<ElementTable>& aNewElement) override;
-  void CheckMissingSpecialElements(const Ref<ElementTable>& aSource,
-                                   const Ref<ElementTable>& aDest, BXStatus bxsStatus,
-                                   std::int32_t lngStartRow) {
+  void CheckMissingSpecialElements(const Ref<ElementTable>& aSource, const Ref<ElementTable>& aDest,
+                                   BXStatus bxsStatus, std::int32_t lngStartRow) {
     basis().CheckMissingSpecialElements(aSource, aDest, bxsStatus, lngStartRow);
   }
 };

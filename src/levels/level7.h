@@ -23,9 +23,8 @@ class BXLevel7 final : public LevelBase {
   static bool IsColumnSection(std::string_view strName);
   // Stores the number of "[Column]" rows in the first "Columns" property, if there is one.
   void UpdatePropertyColumns();
-  void CheckMissingSpecialElements(const Ref<ElementTable>& aSource,
-                                   const Ref<ElementTable>& aDest, BXStatus bxsStatus,
-                                   std::int32_t lngStartRow) {
+  void CheckMissingSpecialElements(const Ref<ElementTable>& aSource, const Ref<ElementTable>& aDest,
+                                   BXStatus bxsStatus, std::int32_t lngStartRow) {
     basis().CheckMissingSpecialElements(aSource, aDest, bxsStatus, lngStartRow);
   }
 };

@@ -14,8 +14,10 @@ constexpr std::array<std::string_view, kLevelCount> kClassNames = {
 // The class identifier of the level that receives the differences inside an element; the last
 // level is not descended below.
 constexpr std::array<std::string_view, kLevelCount> kChildClasses = {
-    "Tessary.BXLevel1", "Tessary.BXLevel2", "Tessary.BXLevel3", "Tessary.BXLevel4",
-    "Tessary.BXLevel5", "Tessary.BXLevel6", "Tessary.BXLevel7", "Tessary.BXLevel8",
+    "Tessary.BXLevel1", "Tessary.BXLevel2",
+    "Tessary.BXLevel3", "Tessary.BXLevel4",
+    "Tessary.BXLevel5", "Tessary.BXLevel6",
+    "Tessary.BXLevel7", "Tessary.BXLevel8",
     "Tessary.BXLevel9", ""};
 
 }  // namespace

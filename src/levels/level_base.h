@@ -21,8 +21,7 @@ class LevelBase : public Level {
   }
   Ref<ElementTable> ElementArray() const override { return m_objBasis.ElementArray(); }
   Ref<Level> LastElement() override { return m_objBasis.LastElement(); }
-  void Compare(const Ref<ElementTable>& aOldElement,
-               const Ref<ElementTable>& aNewElement) override;
+  void Compare(const Ref<ElementTable>& aOldElement, const Ref<ElementTable>& aNewElement) override;
   void CompareElements(const Ref<ElementTable>& aOldElement, const Ref<ElementTable>& aNewElement,
                        std::string_view strCreateObject) override {
     m_objBasis.CompareElements(aOldElement, aNewElement, strCreateObject, ElementPairing());

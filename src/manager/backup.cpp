@@ -3,6 +3,7 @@
 #include "engine/procedure.h"
 #include "platform/failure.h"
 #include "platform/path.h"
+#include "platform/path_syntax.h"
 #include "platform/text.h"
 
 namespace tessary {
@@ -73,9 +74,12 @@ void TellOfOlderCopy(const Surroundings& around, const std::string& folder,
 
 }  // namespace
 
+// A root keeps its separator, without which its name would mean another folder.
 std::string DefaultBackupFolder(const std::string& report_folder) {
-  const std::string_view folder = WithoutTrailingSeparator(report_folder);
-  return std::string(folder.empty() ? std::string_view(report_folder) : folder) + "Bak";  // a root keeps its separator
+  const bool is_root = report_folder.size() <= PathRootLength(report_folder);
+  return std::string(is_root ? std::string_view(report_folder)
+                             : WithoutTrailingSeparator(report_folder)) +
+         "Bak";
 }
 
 BackupFolder CreateBackupFolder(const Surroundings& around, const std::string& report_folder,

@@ -28,7 +28,11 @@ class BatchEntries {
   BatchEntries(const BatchEntries&) = delete;
   BatchEntries& operator=(const BatchEntries&) = delete;
   ~BatchEntries() {
-    all_->AppendFrom(*errors_.objErrors);
+    try {
+      all_->AppendFrom(*errors_.objErrors);
+    } catch (const std::bad_alloc&) {
+      // The earlier entries still count.
+    }
     errors_.objErrors = all_;
   }
 
@@ -106,8 +110,7 @@ void BXConvertLLMgr::LeaveByExit(const Step& step, const Failure& failure) {
   log_.AddToResultLog(step.log_text, true);
 }
 
-void BXConvertLLMgr::RaiseCheck(const Step& step, std::int32_t number,
-                                const std::string& message) {
+void BXConvertLLMgr::RaiseCheck(const Step& step, std::int32_t number, const std::string& message) {
   errors().Add({ErrorEntry::kFailure, number, SourceText(kClassName, step.procedure), message});
   throw Failure(number, message);
 }

@@ -84,6 +84,19 @@ class BXConvertLLMgr {
   struct Captions;
   struct ReportPair;
 
+  // The last resort of a public operation, for what no error exit could record (no memory left to
+  // log with, say): False, and the object as it was before.
+  template <class Operation>
+  bool Guarded(const Operation& operation) {
+    const bool was_batch = m_blnBatch;
+    try {
+      return operation();
+    } catch (...) {
+      m_blnBatch = was_batch;
+      if (!was_batch) m_frmProgress.reset();
+      return false;
+    }
+  }
   bool RunSingle(const Captions& captions, Step step, const Body& body);
   bool RunBatch(const Captions& captions, Step step, const Body& body);
   Outcome RunSteps(Step& step, const Body& body);

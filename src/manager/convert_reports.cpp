@@ -26,12 +26,14 @@ std::string VersionsText(const DiffFileName& versions) {
 bool BXConvertLLMgr::ConvertReport(const std::string& strRepFilePath,
                                    const std::string& strDiffFilePath,
                                    const std::string& strRepBackupFolderPath) {
-  m_blnFileDamaged = false;
-  return RunSingle({"Berichtskonvertierung", "Berichtskonvertierung wird vorbereitet"},
-                   {"ConvertReport", {}}, [&](Step& step) {
-                     return ConvertOne(step, strRepFilePath, strDiffFilePath,
-                                       strRepBackupFolderPath);
-                   });
+  return Guarded([&] {
+    m_blnFileDamaged = false;
+    return RunSingle({"Berichtskonvertierung", "Berichtskonvertierung wird vorbereitet"},
+                     {"ConvertReport", {}}, [&](Step& step) {
+                       return ConvertOne(step, strRepFilePath, strDiffFilePath,
+                                         strRepBackupFolderPath);
+                     });
+  });
 }
 
 BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertOne(Step& step, const std::string& report_path,
@@ -58,12 +60,12 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertOne(Step& step, const std::string
   }
   if (diff_path.empty()) return FailedBecause("Fehlende Pfadangabe für den Differenz-Bericht.");
   const DiffFileName versions = CheckDifferenceFile(step, diff_path);
-  step.log_text = "Konvertierung des Berichts " + name + " " + VersionsText(versions) +
-                  " fehlgeschlagen.";
+  step.log_text =
+      "Konvertierung des Berichts " + name + " " + VersionsText(versions) + " fehlgeschlagen.";
   ApplyDifferences(step, report_path, diff_path, backup_folder, versions);
-  log_.AddToResultLog("Der Bericht " + name + " wurde erfolgreich " + VersionsText(versions) +
-                          " konvertiert.",
-                      false);
+  log_.AddToResultLog(
+      "Der Bericht " + name + " wurde erfolgreich " + VersionsText(versions) + " konvertiert.",
+      false);
   return Outcome::kDone;
 }
 
@@ -95,9 +97,9 @@ DiffFileName BXConvertLLMgr::CheckDifferenceFile(Step& step, const std::string& 
   const std::string name = FileNameOf(path);
   DiffFileName versions = ParseDiffFileName(name);
   if (!versions.IsValid()) {
-    RaiseCheck(step, kWrongKindOfFile,
-               "Die Differenz-Datei " + name +
-                   " entspricht keiner List & Label Differenz-Berichtsdatei.");
+    RaiseCheck(
+        step, kWrongKindOfFile,
+        "Die Differenz-Datei " + name + " entspricht keiner List & Label Differenz-Berichtsdatei.");
   }
   return versions;
 }
@@ -134,13 +136,15 @@ bool BXConvertLLMgr::ConvertReports(const std::string& strDiffFolderPath,
                                     const std::string& strRepFolderPath,
                                     const std::string& strRepBackupFolderPath,
                                     const OmitReport& colRepFilesToOmit) {
-  const std::string log_text =
-      "Konvertierung ist für alle Berichte in " + strRepFolderPath + " fehlgeschlagen.";
-  return RunBatch({"Berichtskonvertierung", "Berichtskonvertierung wird vorbereitet"},
-                  {"ConvertReports", log_text}, [&](Step& step) {
-                    return ConvertFolder(step, strDiffFolderPath, strRepFolderPath,
-                                         strRepBackupFolderPath, colRepFilesToOmit);
-                  });
+  return Guarded([&] {
+    const std::string log_text =
+        "Konvertierung ist für alle Berichte in " + strRepFolderPath + " fehlgeschlagen.";
+    return RunBatch({"Berichtskonvertierung", "Berichtskonvertierung wird vorbereitet"},
+                    {"ConvertReports", log_text}, [&](Step& step) {
+                      return ConvertFolder(step, strDiffFolderPath, strRepFolderPath,
+                                           strRepBackupFolderPath, colRepFilesToOmit);
+                    });
+  });
 }
 
 BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertFolder(Step& step, const std::string& diff_folder,
@@ -164,7 +168,8 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertFolder(Step& step, const std::str
       "Fehler beim Aufbereiten der Dateien im Diff-Berichts-Verzeichnis " + diff_folder;
   std::vector<ListedFile> differences =
       ListForConversion(step, ListKind::kDifferenceFiles, diff_folder, nullptr);
-  step.exit_message = "Fehler beim Aufbereiten der Dateien im Berichts-Verzeichnis " + report_folder;
+  step.exit_message =
+      "Fehler beim Aufbereiten der Dateien im Berichts-Verzeichnis " + report_folder;
   const std::vector<ListedFile> reports =
       ListForConversion(step, ListKind::kReports, report_folder, omit);
 
@@ -195,14 +200,16 @@ std::vector<ListedFile> BXConvertLLMgr::ListForConversion(Step& step, ListKind k
   return list;
 }
 
-// A step that fails leaves the version as it is, so that a gap or a failure ends the chain.
+// A step that fails leaves the version as it is, so that only another file of the same old version
+// could still go on from there.
 void BXConvertLLMgr::ApplyChain(const ListedFile& report,
                                 const std::vector<ListedFile>& differences,
                                 const std::string& backup_folder) {
   std::int32_t version = report.version;
   for (const ListedFile& difference : differences) {
     if (difference.reference != report.reference || difference.version != version) continue;
-    if (ConvertReport(report.path, difference.path, backup_folder)) version = difference.new_version;
+    if (ConvertReport(report.path, difference.path, backup_folder))
+      version = difference.new_version;
   }
 }
 

@@ -52,10 +52,12 @@ std::string Namesake(const std::vector<std::string>& names, const std::string& n
 bool BXConvertLLMgr::CreateDiffFile(const std::string& strOldFilePath,
                                     const std::string& strNewFilePath,
                                     const std::string& strDiffFolderPath) {
-  ReportPair pair{strOldFilePath, strNewFilePath};
-  return RunSingle({"Berichtsvergleich", "Erstellen der Differrenzdatei wird vorbereitet"},
-                   {"CreateDiffFile", {}},
-                   [&](Step& step) { return ComparePair(step, pair, strDiffFolderPath); });
+  return Guarded([&] {
+    ReportPair pair{strOldFilePath, strNewFilePath};
+    return RunSingle({"Berichtsvergleich", "Erstellen der Differrenzdatei wird vorbereitet"},
+                     {"CreateDiffFile", {}},
+                     [&](Step& step) { return ComparePair(step, pair, strDiffFolderPath); });
+  });
 }
 
 BXConvertLLMgr::Outcome BXConvertLLMgr::ComparePair(Step& step, ReportPair& pair,
@@ -127,18 +129,18 @@ void BXConvertLLMgr::CheckVersions(Step& step, const ReportPair& pair) {
 }
 
 std::string BXConvertLLMgr::WriteDifferences(Step& step, const Ref<EngineContext>& context,
-                                             const ReportPair& pair,
-                                             const std::string& diff_folder,
+                                             const ReportPair& pair, const std::string& diff_folder,
                                              const Ref<ElementTable>& lines) {
   ShowStep("Schreibvorgang wird vorbereitet");
   step.exit_message = "Fehler beim Schreiben der Differenz-Datei ";
   const std::string name = BuildDiffFileName(around_.files, pair.old_path, pair.new_path);
   const std::string path = JoinPath(diff_folder, name);
   step.exit_message += path;
-  if (IsUnsafeFileName(name)) throw Failure(kBadFileName);
-  WarnOfSameName(name, pair.old_name);
+  // Without a folder the file would land in the root.
+  if (diff_folder.empty() || IsUnsafeFileName(name)) throw Failure(kBadFileName);
   ShowStep("Differenzdatei " + name + " wird geschrieben");
   WriteFile(context, path, lines);
+  WarnOfSameName(name, pair.old_name);
   return name;
 }
 
@@ -153,14 +155,16 @@ void BXConvertLLMgr::WarnOfSameName(const std::string& diff_name, const std::str
 bool BXConvertLLMgr::CreateDiffFiles(const std::string& strOldFolderPath,
                                      const std::string& strNewFolderPath,
                                      const std::string& strDiffFolderPath) {
-  batch_names_.clear();
-  const std::string log_text = "Erstellen der Differrenzdateien in " + strDiffFolderPath +
-                               " ist für alle Berichte fehlgeschlagen.";
-  return RunBatch(
-      {"Berichtsvergleich", "Erstellen der Differrenzdateien wird vorbereitet"},
-      {"CreateDiffFiles", log_text}, [&](Step& step) {
-        return CompareFolders(step, strOldFolderPath, strNewFolderPath, strDiffFolderPath);
-      });
+  return Guarded([&] {
+    batch_names_.clear();
+    const std::string log_text = "Erstellen der Differrenzdateien in " + strDiffFolderPath +
+                                 " ist für alle Berichte fehlgeschlagen.";
+    return RunBatch({"Berichtsvergleich", "Erstellen der Differrenzdateien wird vorbereitet"},
+                    {"CreateDiffFiles", log_text}, [&](Step& step) {
+                      return CompareFolders(step, strOldFolderPath, strNewFolderPath,
+                                            strDiffFolderPath);
+                    });
+  });
 }
 
 BXConvertLLMgr::Outcome BXConvertLLMgr::CompareFolders(Step& step, const std::string& old_folder,
@@ -177,8 +181,8 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::CompareFolders(Step& step, const std::st
   for (const std::string& name : old_names) {
     const std::string old_path = JoinPath(old_folder, name);
     const std::string new_path = JoinPath(new_folder, Namesake(new_names, name));
-    step.exit_message = "Fehler beim Vorbereiten des Versionsabgleich für die Dateien " +
-                        old_path + " und " + new_path;
+    step.exit_message = "Fehler beim Vorbereiten des Versionsabgleich für die Dateien " + old_path +
+                        " und " + new_path;
     std::int32_t version = 0;
     std::string reference;
     if (!around_.files.FileExists(old_path)) continue;

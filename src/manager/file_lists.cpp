@@ -24,8 +24,7 @@ std::optional<ListedFile> ListedReport(const Surroundings& around, const std::st
 std::optional<ListedFile> ListedDifference(const std::string& name, const std::string& path) {
   const DiffFileName parsed = ParseDiffFileName(name);
   if (!parsed.IsValid()) return std::nullopt;
-  return ListedFile{name, path, FoldCase(parsed.reference), parsed.old_version,
-                    parsed.new_version};
+  return ListedFile{name, path, FoldCase(parsed.reference), parsed.old_version, parsed.new_version};
 }
 
 }  // namespace

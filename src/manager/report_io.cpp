@@ -105,12 +105,10 @@ Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& contex
   const auto step = [&](std::string message) {
     return IoStep(context, "ReadFile", std::move(message));
   };
-  const auto file = step("Fehler beim Öffnen der Datei " + name).Run([&] {
-    return files.OpenForReading(path);
-  });
-  const std::string bytes = step("Fehler beim Lesen aus der Datei " + name).Run([&] {
-    return ReadWholeFile(*file);
-  });
+  const auto file =
+      step("Fehler beim Öffnen der Datei " + name).Run([&] { return files.OpenForReading(path); });
+  const std::string bytes =
+      step("Fehler beim Lesen aus der Datei " + name).Run([&] { return ReadWholeFile(*file); });
   return step("Fehler beim Verarbeiten einer Zeile.").Run([&] {
     // Such a file is of a newer format whose texts would be taken for something else.
     if (HasByteOrderMark(bytes)) throw Failure(kInvalidCall);

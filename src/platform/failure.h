@@ -27,7 +27,8 @@ enum RunTimeError : std::int32_t {
   kCannotCreateObject = 429,
 };
 
-// The German text that belongs to a run-time error number; a generic text for a number that has none.
+// The German text that belongs to a run-time error number; a generic text for a number that has
+// none.
 const char* RunTimeErrorText(std::int32_t number);
 
 // The one exception of the component: a run-time failure, or a failed check, on its way to the

@@ -34,7 +34,8 @@ class FileReplacement {
   // Brings the new contents to the disk and puts them in the file's place, with owner,
   // permissions and attributes kept. May be called once.
   virtual void Commit() = 0;
-  // True once the file itself has been overwritten in part, so that a failure now leaves it damaged.
+  // True once the file itself has been overwritten in part, so that a failure now leaves it
+  // damaged.
   virtual bool Damaged() const = 0;
 };
 
@@ -46,7 +47,8 @@ class FileSystem {
   virtual bool FileExists(const std::string& path) = 0;
   virtual bool FolderExists(const std::string& path) = 0;
 
-  // The names of the files in `folder` (no folders), ordered by name without regard to case, ties by bytes.
+  // The names of the files in `folder` (no folders), ordered by name without regard to case, ties
+  // by bytes.
   virtual std::vector<std::string> ListFiles(const std::string& folder) = 0;
 
   virtual std::unique_ptr<FileReader> OpenForReading(const std::string& path) = 0;
@@ -54,7 +56,8 @@ class FileSystem {
   // Opens `path` for being replaced, without touching it; a missing file is created by Commit.
   // Fails where the file could not be written: read-only, no permission, a folder, no such path.
   // A link is followed: its target is replaced and the link stays. Where no file can be created
-  // beside the target, or the target has several names (hard links), the replacement works in place.
+  // beside the target, or the target has several names (hard links), the replacement works in
+  // place.
   virtual std::unique_ptr<FileReplacement> OpenForReplacing(const std::string& path) = 0;
 
   // Copies the contents of `from` to `to`, replacing what `to` held; the copy is on the disk when

@@ -12,6 +12,7 @@ namespace tessary {
 // the first section of the name counts and within it the first such key; a line that begins with
 // "[" ends the section. The value is what stands behind "=", as written, cut at 2047 characters;
 // empty when there is none.
-std::string FindProfileString(std::string_view bytes, std::string_view section, std::string_view key);
+std::string FindProfileString(std::string_view bytes, std::string_view section,
+                              std::string_view key);
 
 }  // namespace tessary

@@ -38,7 +38,8 @@ std::string EncodeWindows1252(std::string_view text);
 // names that are arbitrary bytes.
 std::string ToValidUtf8(std::string_view text);
 
-// UTF-16 bytes in the given byte order as UTF-8; unpaired surrogates and an odd last byte become U+FFFD.
+// UTF-16 bytes in the given byte order as UTF-8; unpaired surrogates and an odd last byte become
+// U+FFFD.
 std::string DecodeUtf16(std::string_view bytes, bool big_endian);
 
 }  // namespace tessary

@@ -26,7 +26,8 @@ struct Property {
 Property SplitProperty(std::string_view strLine);
 
 // The text of a property line, the inverse of SplitProperty: name=key;value where key and name
-// differ (without regard to case), else key=value, and the trimmed name alone where the key is blank.
+// differ (without regard to case), else key=value, and the trimmed name alone where the key is
+// blank.
 std::string JoinProperty(std::string_view strName, std::string_view strKey,
                          std::string_view strValue);
 

@@ -25,7 +25,8 @@ class BXReportFile {
  public:
   explicit BXReportFile(Ref<EngineContext> context);
 
-  // The element array of the top level; no array before the first line. The tree is shared, not copied.
+  // The element array of the top level; no array before the first line. The tree is shared, not
+  // copied.
   void SetReportFile(Ref<ElementTable> array);
   Ref<ElementTable> ReportFile() const;
 
@@ -41,7 +42,8 @@ class BXReportFile {
 
   // Lines left out so far because their level lay outside 0 to 9, brace lines not counted.
   std::int64_t lines_dropped() const { return lines_dropped_; }
-  // While reading, the level of the line read last: after the last line of a well-formed file 0 or 1.
+  // While reading, the level of the line read last: after the last line of a well-formed file 0
+  // or 1.
   std::int32_t level() const { return m_lngLevel; }
 
  private:

@@ -100,8 +100,20 @@ Level& BXReportFile::LevelForLine() {
 void BXReportFile::AddElement(BXLineType type) {
   Level& level = LevelForLine();
   const DiffFields& fields = diff_line_.fields;
-  level.Add({diff_line_.text, diff_line_.status, fields[0], fields[1], fields[2], fields[3],
-             fields[4], fields[5], fields[6], fields[7], fields[8], {}, nullptr, type});
+  level.Add({diff_line_.text,
+             diff_line_.status,
+             fields[0],
+             fields[1],
+             fields[2],
+             fields[3],
+             fields[4],
+             fields[5],
+             fields[6],
+             fields[7],
+             fields[8],
+             {},
+             nullptr,
+             type});
   FoundField found;
   if (level.GetFoundFieldValue(found)) {
     AddFieldValue(found.owner, found.owner_level, static_cast<BXElementArray>(found.field),

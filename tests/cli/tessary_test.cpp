@@ -63,13 +63,15 @@ TEST_F(TessaryTest, DiffFolderCountsWhatItPassesOver) {
   files_.Put("/old/Liesmich.txt", "");
   files_.Put("/old/Angebot.lst", SmallReport(3, "Angebot"));
   EXPECT_EQ(Run({"diff-folder", "/old", "/new", "/diff"}), kExitFailed);
-  EXPECT_EQ(console_.out,
-            "OK      Die Differenz-Datei 3_4Rechnung für den Bericht Rechnung von Version 3 nach 4 "
-            "wurde erfolgreich erstellt.\n"
-            "FEHLER  Vergleich mit dem Bericht " + MakeAbsolute("/new/Angebot.lst") +
-                " fehlgeschlagen.\n        Hinweis Die Datei " + MakeAbsolute("/new/Angebot.lst") +
-                " existiert nicht.\n"
-            "1 Differenz-Datei erstellt, 1 fehlgeschlagen, 1 Datei übergangen (kein Bericht)\n");
+  EXPECT_EQ(
+      console_.out,
+      "OK      Die Differenz-Datei 3_4Rechnung für den Bericht Rechnung von Version 3 nach 4 "
+      "wurde erfolgreich erstellt.\n"
+      "FEHLER  Vergleich mit dem Bericht " +
+          MakeAbsolute("/new/Angebot.lst") + " fehlgeschlagen.\n        Hinweis Die Datei " +
+          MakeAbsolute("/new/Angebot.lst") +
+          " existiert nicht.\n"
+          "1 Differenz-Datei erstellt, 1 fehlgeschlagen, 1 Datei übergangen (kein Bericht)\n");
 }
 
 TEST_F(TessaryTest, ConvertPrintsOneReport) {
@@ -82,11 +84,11 @@ TEST_F(TessaryTest, ConvertPrintsOneReport) {
 TEST_F(TessaryTest, ConvertNamesAMissingReportByItsPathAndCountsItOnce) {
   PutReports({});
   EXPECT_EQ(Run({"convert", "/rep/x.lst", "/diff/3_4Rechnung"}), kExitFailed);
-  EXPECT_EQ(console_.out,
-            "FEHLER  Konvertierung des Berichts " + MakeAbsolute("/rep/x.lst") +
-                " fehlgeschlagen.\n        Hinweis Die Datei " + MakeAbsolute("/rep/x.lst") +
-                " existiert nicht.\n"
-            "0 Berichte konvertiert, 1 fehlgeschlagen\n");
+  EXPECT_EQ(console_.out, "FEHLER  Konvertierung des Berichts " + MakeAbsolute("/rep/x.lst") +
+                              " fehlgeschlagen.\n        Hinweis Die Datei " +
+                              MakeAbsolute("/rep/x.lst") +
+                              " existiert nicht.\n"
+                              "0 Berichte konvertiert, 1 fehlgeschlagen\n");
 }
 
 TEST_F(TessaryTest, AnEmptyPathStaysEmpty) {
@@ -107,6 +109,12 @@ TEST_F(TessaryTest, ConvertFolderNamesEveryReport) {
                               "1 Bericht konvertiert, 1 unverändert, 1 ausgelassen, "
                               "2 Dateien übergangen (keine Berichte)\n");
   EXPECT_EQ(files_.Get("/rep/b.lst"), SmallReport(3));
+}
+
+TEST_F(TessaryTest, ABlankBackupFolderIsTheDefaultOne) {
+  PutReports({"a.lst"});
+  EXPECT_EQ(Run({"convert-folder", "/diff", "/rep", "--backup", " "}), kExitDone);
+  EXPECT_EQ(files_.Get("/repBak/a.lst"), SmallReport(3));
 }
 
 TEST_F(TessaryTest, AnOmittedNameWithoutFileIsAWarning) {
@@ -257,7 +265,8 @@ TEST_F(TessaryTest, ShowOfAnEmptyFilePrintsNothing) {
 TEST_F(TessaryTest, FilesThatCannotBeReadAreNamed) {
   files_.Put("/bom.lst", "\xEF\xBB\xBF[A]\r\n");
   EXPECT_EQ(Run({"show", "/none.lst"}), kExitFailed);
-  EXPECT_EQ(console_.err, "tessary: Die Datei " + MakeAbsolute("/none.lst") + " existiert nicht.\n");
+  EXPECT_EQ(console_.err,
+            "tessary: Die Datei " + MakeAbsolute("/none.lst") + " existiert nicht.\n");
   EXPECT_EQ(Run({"show", "/bom.lst"}), kExitFailed);
   EXPECT_NE(console_.err.find("tessary: Fehler beim Verarbeiten einer Zeile.\n"),
             std::string::npos);

@@ -28,6 +28,8 @@ TEST_F(BackupTest, TheDefaultFolderIsASiblingOfTheReports) {
   EXPECT_EQ(DefaultBackupFolder(JoinPath(JoinPath(Folder("Berichte"), ""), "")),
             JoinPath(Folder("Berichte"), "Bak"))
       << "one trailing separator is removed";
+  const std::string root(1, kPathSeparator);
+  EXPECT_EQ(DefaultBackupFolder(root), root + "Bak") << "a root keeps its separator";
 }
 
 TEST_F(BackupTest, TheFolderIsMadeOneLevelDeepOnly) {

@@ -206,6 +206,36 @@ TEST_F(CreateDiffFileTest, AMissingDifferenceFolderIsNotCreated) {
       {message, "Fehler beim Öffnen der Datei 3_4Rechnung"});
 }
 
+TEST_F(CreateDiffFileTest, AnEmptyDifferenceFolderIsNotTheRoot) {
+  EXPECT_FALSE(manager_.CreateDiffFile(old_, new_, ""));
+  const std::string message =
+      "Fehler beim Schreiben der Differenz-Datei " + JoinPath("", "3_4Rechnung");
+  ExpectFailure({ManagerEntry(kBadFileName, "CreateDiffFile", message)},
+                "Versionsabgleich des Berichtes Rechnung.lst von Version 3 nach 4 fehlgeschlagen.",
+                {message});
+  EXPECT_EQ(memory_.files().size(), 2u);
+}
+
+// A user interface that fails where no error exit is armed.
+class FailingWindow : public RecordingUser {
+ public:
+  std::unique_ptr<ProgressWindow> CreateProgressWindow() override {
+    if (fails) throw Failure(kOutOfMemory);
+    return RecordingUser::CreateProgressWindow();
+  }
+  bool fails = true;
+};
+
+TEST_F(CreateDiffFileTest, AFailingWindowEndsInFalseAndLeavesNoBatchBehind) {
+  FailingWindow window;
+  BXConvertLLMgr manager(log_, {memory_, window, nullptr, &window});
+  EXPECT_FALSE(manager.CreateDiffFiles(ParentFolderOf(old_), ParentFolderOf(new_), diff_));
+  EXPECT_FALSE(manager.CreateDiffFile(old_, new_, diff_));
+  window.fails = false;
+  EXPECT_TRUE(manager.CreateDiffFile(old_, new_, diff_));
+  EXPECT_EQ(window.Count("close"), 1u) << "a single operation has a window of its own";
+}
+
 TEST_F(CreateDiffFileTest, AReferenceThatLeadsOutOfTheFolderIsRefused) {
   for (const char* reference : {"../Rechnung", "a/b", "a\\b", "C:Rechnung", "..", "a..b", "a\tb"}) {
     SCOPED_TRACE(reference);

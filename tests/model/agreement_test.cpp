@@ -42,9 +42,8 @@ std::string ModelRead(const Lines& lines) {
 
 std::string EngineRoundTrip(const Lines& lines) {
   const TestEngine engine;
-  return Outcome([&] {
-    return JoinLines(WriteLines(engine.context, ReadLines(engine.context, lines)));
-  });
+  return Outcome(
+      [&] { return JoinLines(WriteLines(engine.context, ReadLines(engine.context, lines))); });
 }
 
 std::string ModelRoundTrip(const Lines& lines) {
@@ -111,9 +110,13 @@ void ExpectSamePasses(const Lines& old_lines, const Lines& new_lines, const Line
   Lines model_difference;
   ASSERT_EQ(EngineCompare(old_lines, new_lines, &engine_difference),
             ModelCompare(old_lines, new_lines, &model_difference))
-      << "old:\n" << JoinLines(old_lines) << "new:\n" << JoinLines(new_lines);
+      << "old:\n"
+      << JoinLines(old_lines) << "new:\n"
+      << JoinLines(new_lines);
   ASSERT_EQ(EngineConvert(customer, engine_difference), ModelConvert(customer, engine_difference))
-      << "report:\n" << JoinLines(customer) << "difference:\n" << JoinLines(engine_difference);
+      << "report:\n"
+      << JoinLines(customer) << "difference:\n"
+      << JoinLines(engine_difference);
 }
 
 // Sanitizers look at memory, not at agreement, and are slow: they get a part of the rounds.
@@ -176,15 +179,16 @@ TEST_F(Agreement, AnyDifferenceFileIsAppliedTheSame) {
     const Lines report = model::RandomReport(random, 1 + random.Below(100));
     const Lines difference = model::RandomDiffFile(random, 1 + random.Below(80));
     ASSERT_EQ(EngineConvert(report, difference), ModelConvert(report, difference))
-        << "report:\n" << JoinLines(report) << "difference:\n" << JoinLines(difference);
+        << "report:\n"
+        << JoinLines(report) << "difference:\n"
+        << JoinLines(difference);
   }
 }
 
 TEST_F(Agreement, AllSmallReportsGiveTheSame) {
   std::vector<Lines> reports;
-  model::ForEachReport(model::TinyAlphabet(), 2, [&](const Lines& lines) {
-    reports.push_back(lines);
-  });
+  model::ForEachReport(model::TinyAlphabet(), 2,
+                       [&](const Lines& lines) { reports.push_back(lines); });
   model::ForEachReport(model::TinyAlphabet(), kRoundsPart == 1 ? 4 : 3, [&](const Lines& lines) {
     if (!HasFailure()) ExpectSameReading(lines);
   });
