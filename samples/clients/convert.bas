@@ -1,0 +1,26 @@
+Attribute VB_Name = "ConvertReports"
+' Wandelt die Berichte eines Ordners um (VB6, VBA). In VB6 ein Projekt ohne Formular mit Startobjekt
+' Sub Main; Verweis auf "Tessary 1.0". Aufruf: Convert.exe "DIFFERENZORDNER|BERICHTSORDNER"
+Option Explicit
+
+Private Declare Sub ExitProcess Lib "kernel32" (ByVal uExitCode As Long)
+
+Public Sub Main()
+    Dim folders() As String
+    folders = Split(Replace(Command$, """", ""), "|")
+    If UBound(folders) <> 1 Then ExitProcess 2
+    ExitProcess ConvertFolder(folders(0), folders(1))
+End Sub
+
+' 0, wenn alle Berichte umgewandelt sind, sonst 1; auch aus VBA aufrufbar.
+Public Function ConvertFolder(ByVal strDiffFolder As String, ByVal strReportFolder As String) As Long
+    Dim manager As Tessary.BXConvertLLMgr
+    Dim entry As Tessary.IErrorEntry
+    Set manager = New Tessary.BXConvertLLMgr
+    If Not manager.ConvertReports(strDiffFolder, strReportFolder, "") Then ConvertFolder = 1
+    For Each entry In manager.Errors
+        Debug.Print entry.Source & ": " & entry.Text & " (" & Hex$(entry.Number) & ")"
+    Next
+    Debug.Print manager.CountCorrectReports & " Umwandlungen gelungen"
+    If ConvertFolder <> 0 Then Debug.Print "Nicht alle Umwandlungen sind gelungen."
+End Function

@@ -1,0 +1,138 @@
+#include "com/registration.h"
+
+#include <string>
+
+#include "com/class_table.h"
+#include "com/com_error.h"
+#include "com/com_ptr.h"
+#include "com/module.h"
+#include "com/system.h"
+
+namespace tessary::com {
+namespace {
+
+constexpr wchar_t kVersion[] = L".1";
+constexpr WORD kTypeLibraryMajor = 1;
+constexpr WORD kTypeLibraryMinor = 0;
+
+void CheckRegistry(LSTATUS status) {
+  if (status != ERROR_SUCCESS) throw ComError{HRESULT_FROM_WIN32(static_cast<DWORD>(status))};
+}
+
+// Owner of an open registry key.
+class RegistryKey {
+ public:
+  RegistryKey(HKEY parent, const std::wstring& path) {
+    CheckRegistry(RegCreateKeyExW(parent, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                                  &key_, nullptr));
+  }
+  ~RegistryKey() { RegCloseKey(key_); }
+  RegistryKey(const RegistryKey&) = delete;
+  RegistryKey& operator=(const RegistryKey&) = delete;
+
+  HKEY get() const { return key_; }
+
+ private:
+  HKEY key_ = nullptr;
+};
+
+// Turns HKEY_CLASSES_ROOT into the current user's part of it.
+class ClassesOfCurrentUser {
+ public:
+  ClassesOfCurrentUser() : classes_(HKEY_CURRENT_USER, L"Software\\Classes") {
+    CheckRegistry(RegOverridePredefKey(HKEY_CLASSES_ROOT, classes_.get()));
+  }
+  ~ClassesOfCurrentUser() { RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr); }
+  ClassesOfCurrentUser(const ClassesOfCurrentUser&) = delete;
+  ClassesOfCurrentUser& operator=(const ClassesOfCurrentUser&) = delete;
+
+ private:
+  RegistryKey classes_;
+};
+
+std::wstring Braced(const GUID& guid) {
+  wchar_t text[40];
+  StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
+  return text;
+}
+
+std::wstring ClassPath(const CreatableClass& entry) { return L"CLSID\\" + Braced(entry.class_id); }
+std::wstring ProgId(const CreatableClass& entry) { return std::wstring(L"Tessary.") + entry.name; }
+
+// Sets a value below HKEY_CLASSES_ROOT; a null name is the key's own value.
+void SetValue(const std::wstring& path, const wchar_t* name, const std::wstring& value) {
+  const RegistryKey key(HKEY_CLASSES_ROOT, path);
+  const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+  CheckRegistry(RegSetValueExW(key.get(), name, 0, REG_SZ,
+                               reinterpret_cast<const BYTE*>(value.c_str()), size));
+}
+
+void DeleteTree(const std::wstring& path) {
+  const LSTATUS status = RegDeleteTreeW(HKEY_CLASSES_ROOT, path.c_str());
+  if (status != ERROR_FILE_NOT_FOUND) CheckRegistry(status);
+}
+
+void RegisterProgId(const std::wstring& prog_id, const CreatableClass& entry) {
+  SetValue(prog_id, nullptr, entry.description);
+  SetValue(prog_id + L"\\CLSID", nullptr, Braced(entry.class_id));
+}
+
+void RegisterClass(const CreatableClass& entry, const std::wstring& path) {
+  const std::wstring class_path = ClassPath(entry);
+  const std::wstring versioned = ProgId(entry) + kVersion;
+  SetValue(class_path, nullptr, entry.description);
+  SetValue(class_path + L"\\InprocServer32", nullptr, path);
+  SetValue(class_path + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
+  SetValue(class_path + L"\\ProgID", nullptr, versioned);
+  SetValue(class_path + L"\\VersionIndependentProgID", nullptr, ProgId(entry));
+  SetValue(class_path + L"\\TypeLib", nullptr, Braced(LIBID_Tessary));
+  SetValue(class_path + L"\\Version", nullptr, L"1.0");
+  SetValue(class_path + L"\\Programmable", nullptr, L"");
+  RegisterProgId(versioned, entry);
+  RegisterProgId(ProgId(entry), entry);
+  SetValue(ProgId(entry) + L"\\CurVer", nullptr, versioned);
+}
+
+// True when the DLL of the other architecture is registered; both share the ProgIDs.
+bool IsRegisteredForOtherBits(const CreatableClass& entry) {
+  constexpr REGSAM kOtherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+  HKEY key = nullptr;
+  const LSTATUS status = RegOpenKeyExW(HKEY_CLASSES_ROOT, ClassPath(entry).c_str(), 0,
+                                       KEY_READ | kOtherView, &key);
+  if (status != ERROR_SUCCESS) return false;
+  RegCloseKey(key);
+  return true;
+}
+
+void UnregisterClass(const CreatableClass& entry) {
+  DeleteTree(ClassPath(entry));
+  if (IsRegisteredForOtherBits(entry)) return;
+  DeleteTree(ProgId(entry) + kVersion);
+  DeleteTree(ProgId(entry));
+}
+
+void RegisterAll() {
+  std::wstring path = ModulePath();
+  for (const CreatableClass& entry : CreatableClasses()) RegisterClass(entry, path);
+  Check(RegisterTypeLib(ModuleTypeLibrary().get(), path.data(), nullptr));
+}
+
+void UnregisterAll() {
+  for (const CreatableClass& entry : CreatableClasses()) UnregisterClass(entry);
+  constexpr SYSKIND kSystem = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
+  UnRegisterTypeLib(LIBID_Tessary, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL, kSystem);
+}
+
+template <class Body>
+void InScope(RegistrationScope scope, Body&& body) {
+  if (scope == RegistrationScope::kMachine) return body();
+  const ClassesOfCurrentUser current_user;
+  body();
+}
+
+}  // namespace
+
+void Register(RegistrationScope scope) { InScope(scope, RegisterAll); }
+void Unregister(RegistrationScope scope) { InScope(scope, UnregisterAll); }
+
+}  // namespace tessary::com

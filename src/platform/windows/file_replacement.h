@@ -1,0 +1,22 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/file_system.h"
+#include "platform/windows/windows_io.h"
+
+namespace tessary {
+
+// A replacement that can also take over attributes of a file whose copy it becomes.
+class WindowsReplacement : public FileReplacement {
+ public:
+  // Gives the file, where it is new, the attributes of `source`, and has Commit give it the time of
+  // its last change; all as far as the system lets it. To be called before Write.
+  virtual void CopyStatus(const OpenedFile& source) = 0;
+};
+
+// What SystemFiles().OpenForReplacing does.
+std::unique_ptr<WindowsReplacement> OpenReplacement(const std::string& path);
+
+}  // namespace tessary

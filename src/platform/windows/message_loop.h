@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/message_loop.h"
+#include "platform/windows/system_headers.h"
+
+namespace tessary {
+
+// Lets the windows of the calling thread handle their messages, though not at every call.
+class ThreadMessageLoop final : public MessageLoop {
+ public:
+  // What the loop costs between two turns is one look at the clock. A request to end the program
+  // is left for the caller's own loop.
+  void Yield() override {
+    constexpr DWORD kTurnDistance = 10;  // Milliseconds.
+    if (GetTickCount() - last_turn_ >= kTurnDistance) TakeTurn();
+  }
+
+  // Handles the messages that wait, at once.
+  void TakeTurn();
+
+ private:
+  DWORD last_turn_ = GetTickCount();
+};
+
+}  // namespace tessary

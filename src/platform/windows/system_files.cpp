@@ -1,0 +1,153 @@
+#include <algorithm>
+#include <new>
+
+#include "platform/failure.h"
+#include "platform/file_names.h"
+#include "platform/file_system.h"
+#include "platform/windows/directory.h"
+#include "platform/windows/file_replacement.h"
+#include "platform/windows/native_path.h"
+#include "platform/windows/profile_reader.h"
+#include "platform/windows/temporary_file.h"
+#include "platform/windows/windows_errors.h"
+#include "platform/windows/windows_io.h"
+
+namespace tessary {
+
+namespace {
+
+constexpr std::size_t kBlockSize = std::size_t{64} << 10;
+
+OpenedFile OpenToRead(const std::string& path) {
+  return OpenRegularFile(NativeFilePath(path), GENERIC_READ, kShareAll);
+}
+
+class WindowsReader final : public FileReader {
+ public:
+  explicit WindowsReader(OpenedFile file)
+      : file_(std::move(file)), expected_(static_cast<std::size_t>(file_.size())) {}
+
+  std::size_t Read(char* buffer, std::size_t size) override {
+    const std::size_t count = ReadSome(file_.handle.get(), buffer, size);
+    expected_ -= std::min(count, expected_);
+    return count;
+  }
+
+  std::size_t SizeHint() const override { return expected_; }
+
+ private:
+  OpenedFile file_;
+  std::size_t expected_;
+};
+
+// True when `path` names the opened file, by whatever name.
+bool Names(const std::wstring& path, const OpenedFile& file) {
+  FileHandle handle = TryOpen(path, 0, kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+  if (!handle.is_open()) return false;
+  OpenedFile other{std::move(handle), {}};
+  return GetFileInformationByHandle(other.handle.get(), &other.info) && IsSameFile(file, other);
+}
+
+// The attributes of what `path` names, links followed; INVALID_FILE_ATTRIBUTES when it names
+// nothing.
+DWORD AttributesOf(const std::string& path) {
+  try {
+    const std::wstring native = NativePath(path);
+    const DWORD attributes = GetFileAttributesW(native.c_str());
+    const bool is_link =
+        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    const bool is_there =
+        !is_link ||
+        TryOpen(native, 0, kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS).is_open();
+    return is_there ? attributes : INVALID_FILE_ATTRIBUTES;
+  } catch (const Failure&) {
+    return INVALID_FILE_ATTRIBUTES;
+  }
+}
+
+class WindowsFileSystem final : public FileSystem {
+ public:
+  bool FileExists(const std::string& path) override {
+    const DWORD attributes = AttributesOf(path);
+    const bool is_folder_path = path.ends_with('\\') || path.ends_with('/');
+    return attributes != INVALID_FILE_ATTRIBUTES && !is_folder_path &&
+           (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+  }
+
+  bool FolderExists(const std::string& path) override {
+    const DWORD attributes = AttributesOf(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  }
+
+  std::vector<std::string> ListFiles(const std::string& folder) override {
+    std::vector<std::string> names = RegularFileNames(NativePath(folder));
+    SortFileNames(names);
+    return names;
+  }
+
+  std::unique_ptr<FileReader> OpenForReading(const std::string& path) override {
+    return std::make_unique<WindowsReader>(OpenToRead(path));
+  }
+
+  std::unique_ptr<FileReplacement> OpenForReplacing(const std::string& path) override {
+    return OpenReplacement(path);
+  }
+
+  void CopyFile(const std::string& from, const std::string& to) override {
+    const OpenedFile source = OpenToRead(from);
+    if (Names(NativePath(to), source)) throw Failure(kPermissionDenied);
+    const auto copy = OpenReplacement(to);
+    copy->CopyStatus(source);
+    std::string block(kBlockSize, '\0');
+    while (const std::size_t size = ReadSome(source.handle.get(), block.data(), block.size()))
+      copy->Write(std::string_view(block).substr(0, size));
+    copy->Commit();
+  }
+
+  void RenameFile(const std::string& from, const std::string& to) override {
+    const std::wstring source = NativeFilePath(from);
+    const std::wstring target = NativeFilePath(to);
+    if (IsFolder(source)) throw Failure(kPathFileAccess);
+    // Without the flags for replacing and for copying to another disk.
+    if (!MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH)) FailWithLastError();
+  }
+
+  bool SameContents(const std::string& a, const std::string& b) override {
+    try {
+      return SameBytes(*OpenForReading(a), *OpenForReading(b));
+    } catch (const Failure&) {
+      return false;
+    }
+  }
+
+  void CreateFolder(const std::string& path) override {
+    if (!CreateDirectoryW(NativePath(path).c_str(), nullptr)) FailWithLastError();
+  }
+
+  void RemoveLeftovers(const std::string& folder) override {
+    try {
+      RemoveDeadFiles(NativePath(folder));
+    } catch (const Failure&) {
+      // A folder of no such name has no left-overs.
+    }
+  }
+
+  std::string ReadProfileString(const std::string& path, std::string_view section,
+                                std::string_view key) override {
+    try {
+      return SystemProfileString(*OpenForReading(path), path, section, key);
+    } catch (const Failure&) {
+    } catch (const std::bad_alloc&) {
+    }
+    return std::string();
+  }
+};
+
+}  // namespace
+
+FileSystem& SystemFiles() {
+  static WindowsFileSystem files;
+  return files;
+}
+
+}  // namespace tessary

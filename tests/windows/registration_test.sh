@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# Registers the component, runs the scripts against it, unregisters it and finds the registry as it
+# was; then the same registration for the current user.
+#   registration_test.sh DLL SCRIPT_HOST SOURCES SYSTEM_FOLDER
+set -euo pipefail
+dll=$1
+script_host=$2
+sources=$3
+system="C:\\windows\\$4"
+scripts=$sources/tests/windows/scripts
+work=$(mktemp -d)
+trap 'regsvr32 /u || true; rm -rf "$work"' EXIT
+
+native() { printf 'Z:%s' "${1//\//\\}"; }
+regsvr32() { timeout 60 wine "$system\\regsvr32.exe" /s "$@" "$(native "$dll")" </dev/null; }
+# The keys below which all classes are registered may stay, empty.
+classes() {
+  local key
+  for key in HKLM HKCU; do
+    timeout 60 wine reg export "$key\\Software\\Classes" "$(native "$work/export.reg")" /y </dev/null >/dev/null 2>&1 || continue
+    iconv -f UTF-16 -t UTF-8 "$work/export.reg" | tr -d '\r' |
+      grep -viE '^(Windows Registry.*|\[HKEY_CURRENT_USER\\Software\\Classes(\\(CLSID|Interface|TypeLib))?\]|)$' || true
+  done >"$work/$1.txt"
+}
+is_clean() {
+  classes after
+  diff "$work/before.txt" "$work/after.txt"
+}
+value() { timeout 60 wine reg query "$1" /ve </dev/null 2>/dev/null | tr -d '\r'; }
+run_script() {
+  echo "== $1"
+  timeout 120 wine "$script_host" "$(native "$scripts/$1")" "${@:2}" </dev/null
+}
+
+# Wine itself registers some of what is used without registration: the type library when another
+# apartment calls, the script host's own at its first start.
+regsvr32 /u
+echo 'WScript.Quit 0' >"$work/nothing.vbs"
+timeout 60 wine "$system\\cscript.exe" //nologo "$(native "$work/nothing.vbs")" </dev/null
+
+classes before
+[ -s "$work/before.txt" ]
+echo "== register"
+regsvr32
+grep -q 'Tessary Berichtskonvertierung' <<<"$(value 'HKLM\Software\Classes\Tessary.BXConvertLLMgr.1')"
+grep -q 'Tessary.BXLevel9.1' <<<"$(value 'HKLM\Software\Classes\Tessary.BXLevel9\CurVer')"
+
+run_script tree.vbs
+run_script compare.vbs
+cp -r "$sources/samples" "$work/samples"
+run_script manager.vbs "$(native "$work/samples")"
+
+echo "== sample client"
+rm -rf "$work/samples"
+cp -r "$sources/samples" "$work/samples"
+mkdir "$work/samples/Differenzen"
+# In the system's own script host, which tells of errors in the script by no exit code but 0.
+client() {
+  timeout 120 wine "$system\\cscript.exe" //nologo "$(native "$sources/samples/clients/convert.vbs")" \
+    "$(native "$work/samples/Differenzen")" "$1" </dev/null | tr -d '\r' | iconv -f CP437 -t UTF-8
+  return "${PIPESTATUS[0]}"
+}
+if client "$(native "$work/fehlt")"; then echo "a missing folder must give exit code 1"; exit 1; fi
+run_script differences.vbs "$(native "$work/samples")"
+client "$(native "$work/samples/kunde/Berichte")" | tee "$work/client.txt"
+grep -q '11 Umwandlungen gelungen' "$work/client.txt"
+
+echo "== unregister"
+regsvr32 /u
+is_clean
+regsvr32 /u
+is_clean
+
+echo "== current user"
+regsvr32 /n /i:user
+grep -q 'Tessary Berichtskonvertierung' <<<"$(value 'HKCU\Software\Classes\Tessary.BXConvertLLMgr.1')"
+regsvr32 /u /n /i:user
+is_clean
