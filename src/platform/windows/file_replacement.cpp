@@ -2,8 +2,8 @@
 // system replaces the file as a whole, so that attributes, access list and time of creation stay.
 // The system does that in two renames and always with a backup name, so that whatever happens in
 // between, the old contents are there under one name or the other. Where a new file would lose
-// something (other names of the file) or the folder takes no new file, the new contents are
-// collected in memory and written over the old ones at the end.
+// something (other names of the file), or the folder takes no new file, or the system does not
+// replace files, the new contents are collected in memory and written over the old ones at the end.
 
 #include "platform/windows/file_replacement.h"
 
@@ -54,82 +54,10 @@ DWORD ErrorOf(Call call) {
 
 bool IsHalfDone(DWORD error) { return error == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2; }
 
-class TemporaryReplacement final : public WindowsReplacement {
- public:
-  // `replaced` is the target as long as it may not change, or nothing when it is new.
-  TemporaryReplacement(std::wstring target, std::unique_ptr<TemporaryFile> file,
-                       std::optional<OpenedFile> replaced)
-      : target_(std::move(target)), file_(std::move(file)), replaced_(std::move(replaced)) {}
-
-  void Write(std::string_view bytes) override {
-    // Once a part of the contents is lost there is nothing left to commit.
-    usable_ = false;
-    WriteAll(file_->handle(), bytes);
-    usable_ = true;
-  }
-
-  void Commit() override {
-    if (!usable_) throw Failure(kInvalidCall);
-    usable_ = false;
-    SetFileInformationByHandle(file_->handle(), FileBasicInfo, &status_, sizeof status_);
-    Flush(file_->handle());
-    file_->Close();
-    if (replaced_) {
-      ReplaceTarget();
-    } else {
-      CreateTarget();
-    }
-    file_->Release();
-  }
-
-  bool Damaged() const override { return damaged_; }
-
-  void CopyStatus(const OpenedFile& source) override {
-    SetChangeTime(source, status_);
-    if (!replaced_) status_.FileAttributes = AttributesForNewFile(source.info.dwFileAttributes);
-  }
-
- private:
-  void CreateTarget() {
-    const DWORD error = ErrorOf([&] {
-      return MoveFileExW(file_->path().c_str(), target_.c_str(),
-                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-    });
-    if (error != ERROR_SUCCESS) FailWith(error);
-  }
-
-  void ReplaceTarget() {
-    const std::wstring backup = BackupPathOf(target_).value();
-    // Not every file server renames a file that is open.
-    replaced_->handle.Close();
-    const DWORD error = ErrorOf([&] {
-      return ReplaceFileW(target_.c_str(), file_->path().c_str(), backup.c_str(), 0, nullptr,
-                          nullptr);
-    });
-    if (error != ERROR_SUCCESS && !(IsHalfDone(error) && FinishReplacing(backup))) FailWith(error);
-    DeleteFileW(backup.c_str());
-  }
-
-  // The old file has gone to its backup name and the new one has not come. Puts the new one there,
-  // or else the old one back; false when the target is not the new file.
-  bool FinishReplacing(const std::wstring& backup) {
-    if (MoveFileExW(file_->path().c_str(), target_.c_str(), MOVEFILE_WRITE_THROUGH)) return true;
-    MoveFileExW(backup.c_str(), target_.c_str(), MOVEFILE_WRITE_THROUGH);
-    damaged_ = GetFileAttributesW(target_.c_str()) == INVALID_FILE_ATTRIBUTES;
-    return false;
-  }
-
-  std::wstring target_;
-  std::unique_ptr<TemporaryFile> file_;
-  std::optional<OpenedFile> replaced_;
-  bool usable_ = true;
-  bool damaged_ = false;
-  FILE_BASIC_INFO status_{};  // What is zero stays as it is.
-};
-
 class InPlaceReplacement final : public WindowsReplacement {
  public:
-  explicit InPlaceReplacement(OpenedFile file) : file_(std::move(file)) {}
+  explicit InPlaceReplacement(OpenedFile file, const FILE_BASIC_INFO& status = {})
+      : file_(std::move(file)), status_(status) {}
 
   void Write(std::string_view bytes) override { contents_.append(bytes); }
 
@@ -168,6 +96,103 @@ class InPlaceReplacement final : public WindowsReplacement {
   OpenedFile file_;
   std::string contents_;
   bool committed_ = false;
+  bool damaged_ = false;
+  FILE_BASIC_INFO status_;  // What is zero stays as it is.
+};
+
+class TemporaryReplacement final : public WindowsReplacement {
+ public:
+  // `replaced` is the target as long as it may not change, or nothing when it is new.
+  TemporaryReplacement(std::wstring target, std::unique_ptr<TemporaryFile> file,
+                       std::optional<OpenedFile> replaced)
+      : target_(std::move(target)), file_(std::move(file)), replaced_(std::move(replaced)) {}
+
+  void Write(std::string_view bytes) override {
+    // Once a part of the contents is lost there is nothing left to commit.
+    usable_ = false;
+    WriteAll(file_->handle(), bytes);
+    usable_ = true;
+  }
+
+  void Commit() override {
+    if (!usable_) throw Failure(kInvalidCall);
+    usable_ = false;
+    SetFileInformationByHandle(file_->handle(), FileBasicInfo, &status_, sizeof status_);
+    Flush(file_->handle());
+    file_->Close();
+    if (replaced_) {
+      ReplaceTarget();
+    } else {
+      CreateTarget();
+    }
+  }
+
+  bool Damaged() const override { return damaged_; }
+
+  void CopyStatus(const OpenedFile& source) override {
+    SetChangeTime(source, status_);
+    if (!replaced_) status_.FileAttributes = AttributesForNewFile(source.info.dwFileAttributes);
+  }
+
+ private:
+  void CreateTarget() {
+    const DWORD error = ErrorOf([&] {
+      return MoveFileExW(file_->path().c_str(), target_.c_str(),
+                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+    });
+    if (error != ERROR_SUCCESS) FailWith(error);
+    file_->Release();
+  }
+
+  void ReplaceTarget() {
+    const std::wstring backup = BackupPathOf(target_).value();
+    // Not every file server renames a file that is open.
+    replaced_->handle.Close();
+    const DWORD error = ErrorOf([&] {
+      return ReplaceFileW(target_.c_str(), file_->path().c_str(), backup.c_str(), 0, nullptr,
+                          nullptr);
+    });
+    if (error == ERROR_SUCCESS || (IsHalfDone(error) && FinishReplacing(backup))) {
+      file_->Release();
+      DeleteFileW(backup.c_str());
+    } else if (IsHalfDone(error)) {
+      FailWith(error);
+    } else {
+      OverwriteTarget(error);
+    }
+  }
+
+  // Both files are as they were. On some file servers users may write files but not hand an access
+  // list on to them; where the target itself can be written, that does without.
+  void OverwriteTarget(DWORD replace_error) {
+    const FileHandle contents = TryOpen(file_->path(), GENERIC_READ, FILE_SHARE_READ);
+    FileHandle target = TryOpen(target_, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);
+    if (!contents.is_open() || !target.is_open()) FailWith(replace_error);
+    InPlaceReplacement in_place(RequireRegular(std::move(target)), status_);
+    std::string block(std::size_t{64} << 10, '\0');
+    while (const std::size_t size = ReadSome(contents.get(), block.data(), block.size()))
+      in_place.Write(std::string_view(block).substr(0, size));
+    try {
+      in_place.Commit();
+    } catch (const Failure&) {
+      damaged_ = in_place.Damaged();
+      throw;
+    }
+  }
+
+  // The old file has gone to its backup name and the new one has not come. Puts the new one there,
+  // or else the old one back; false when the target is not the new file.
+  bool FinishReplacing(const std::wstring& backup) {
+    if (MoveFileExW(file_->path().c_str(), target_.c_str(), MOVEFILE_WRITE_THROUGH)) return true;
+    MoveFileExW(backup.c_str(), target_.c_str(), MOVEFILE_WRITE_THROUGH);
+    damaged_ = GetFileAttributesW(target_.c_str()) == INVALID_FILE_ATTRIBUTES;
+    return false;
+  }
+
+  std::wstring target_;
+  std::unique_ptr<TemporaryFile> file_;
+  std::optional<OpenedFile> replaced_;
+  bool usable_ = true;
   bool damaged_ = false;
   FILE_BASIC_INFO status_{};  // What is zero stays as it is.
 };

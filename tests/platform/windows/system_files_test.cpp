@@ -293,6 +293,16 @@ TEST_F(SystemFilesTest, AFileWithAVeryLongNameIsReplacedInPlace) {
   EXPECT_EQ(AllNames().size(), 1u);
 }
 
+TEST_F(SystemFilesTest, AFileThatTheSystemDoesNotReplaceIsOverwritten) {
+  const std::string path = Put("a", "old contents");
+  files_.CreateFolder(folder_ / "~tessary-a.~old");
+  for (const std::string_view contents : {"new", "longer than the old contents"}) {
+    Replace(path, contents);
+    EXPECT_EQ(GetFile(path), contents);
+    EXPECT_EQ(AllNames(), Names{"a"});
+  }
+}
+
 TEST_F(SystemFilesTest, TakesLongPathsAndNamesOfEveryScript) {
   std::string deep = folder_.path();
   for (const std::string part : {"Größe", "Ω中文", "Жук"}) {
