@@ -3,120 +3,41 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <iostream>
 #include <string>
 
-#include "model/model_compare.h"
-#include "model/model_convert.h"
+#include "engine/element_table.h"
 #include "model/model_find.h"
-#include "model/model_report.h"
 #include "model/random_reports.h"
-#include "platform/failure.h"
-#include "support/engine_trees.h"
+#include "support/both_engines.h"
 
 namespace tessary {
 namespace {
 
 using model::Lines;
 
-// What a piece of work comes to, as text: its result, or the number of the failure that ended it.
-std::string Outcome(const std::function<std::string()>& work) {
-  try {
-    return work();
-  } catch (const Failure& failure) {
-    return "failure " + std::to_string(failure.number());
-  }
-}
-
 std::string JoinLines(const Lines& lines) { return model::Text(lines); }
 
-std::string EngineRead(const Lines& lines) {
-  const TestEngine engine;
-  return Outcome([&] { return Dump(ReadLines(engine.context, lines)); });
-}
-
-std::string ModelRead(const Lines& lines) {
-  return Outcome([&] { return model::Dump(model::ReadLines(lines)); });
-}
-
-std::string EngineRoundTrip(const Lines& lines) {
-  const TestEngine engine;
-  return Outcome(
-      [&] { return JoinLines(WriteLines(engine.context, ReadLines(engine.context, lines))); });
-}
-
-std::string ModelRoundTrip(const Lines& lines) {
-  return Outcome([&] { return JoinLines(model::WriteLines(model::ReadLines(lines))); });
-}
-
-// The difference tree, the lines it is written as, and what is left of both inputs.
-std::string EngineCompare(const Lines& old_lines, const Lines& new_lines, Lines* difference) {
-  const TestEngine engine;
-  return Outcome([&] {
-    const auto old_tree = ReadLines(engine.context, old_lines);
-    const auto new_tree = ReadLines(engine.context, new_lines);
-    const auto level = engine.NewLevel(0);
-    level->Compare(old_tree, new_tree);
-    std::string text = Dump(level->ElementArray());
-    *difference = WriteLines(engine.context, level->ElementArray());
-    return text + "--\n" + JoinLines(*difference) + "--\n" + Dump(old_tree) + "--\n" +
-           Dump(new_tree);
-  });
-}
-
-std::string ModelCompare(const Lines& old_lines, const Lines& new_lines, Lines* difference) {
-  return Outcome([&] {
-    const auto old_tree = model::ReadLines(old_lines);
-    const auto new_tree = model::ReadLines(new_lines);
-    model::Level level(0);
-    model::Compare(level, old_tree, new_tree);
-    std::string text = model::Dump(level.rows);
-    *difference = model::WriteLines(level.rows);
-    return text + "--\n" + JoinLines(*difference) + "--\n" + model::Dump(old_tree) + "--\n" +
-           model::Dump(new_tree);
-  });
-}
-
-std::string EngineConvert(const Lines& report, const Lines& difference) {
-  const TestEngine engine;
-  return Outcome([&] {
-    const auto report_tree = ReadLines(engine.context, report);
-    const auto diff_tree = ReadLines(engine.context, difference);
-    engine.NewLevel(0)->Convert(report_tree, diff_tree);
-    std::string text = Dump(report_tree);
-    return text + "--\n" + JoinLines(WriteLines(engine.context, report_tree));
-  });
-}
-
-std::string ModelConvert(const Lines& report, const Lines& difference) {
-  return Outcome([&] {
-    const auto report_tree = model::ReadLines(report);
-    const auto diff_tree = model::ReadLines(difference);
-    model::ConvertReport(report_tree, diff_tree);
-    std::string text = model::Dump(report_tree);
-    return text + "--\n" + JoinLines(model::WriteLines(report_tree));
-  });
+void ExpectSame(const BothOutcomes& outcomes, const std::string& input) {
+  EXPECT_EQ(outcomes.engine, outcomes.model) << input;
 }
 
 void ExpectSameReading(const Lines& lines) {
-  EXPECT_EQ(EngineRead(lines), ModelRead(lines)) << JoinLines(lines);
-  EXPECT_EQ(EngineRoundTrip(lines), ModelRoundTrip(lines)) << JoinLines(lines);
+  ExpectSame(ReadByBoth(lines), JoinLines(lines));
+  ExpectSame(RoundTripByBoth(lines), JoinLines(lines));
+}
+
+void ExpectSameConversion(const Lines& report, const Lines& difference) {
+  ExpectSame(ConvertByBoth(report, difference),
+             "report:\n" + JoinLines(report) + "difference:\n" + JoinLines(difference));
 }
 
 // Both passes with one pair of versions and one customer's copy.
 void ExpectSamePasses(const Lines& old_lines, const Lines& new_lines, const Lines& customer) {
-  Lines engine_difference;
-  Lines model_difference;
-  ASSERT_EQ(EngineCompare(old_lines, new_lines, &engine_difference),
-            ModelCompare(old_lines, new_lines, &model_difference))
-      << "old:\n"
-      << JoinLines(old_lines) << "new:\n"
-      << JoinLines(new_lines);
-  ASSERT_EQ(EngineConvert(customer, engine_difference), ModelConvert(customer, engine_difference))
-      << "report:\n"
-      << JoinLines(customer) << "difference:\n"
-      << JoinLines(engine_difference);
+  Lines difference;
+  ExpectSame(CompareByBoth(old_lines, new_lines, difference),
+             "old:\n" + JoinLines(old_lines) + "new:\n" + JoinLines(new_lines));
+  ExpectSameConversion(customer, difference);
 }
 
 // Sanitizers look at memory, not at agreement, and are slow: they get a part of the rounds.
@@ -178,10 +99,7 @@ TEST_F(Agreement, AnyDifferenceFileIsAppliedTheSame) {
   for (int round = 0; round < 6000 / kRoundsPart && !HasFailure(); ++round) {
     const Lines report = model::RandomReport(random, 1 + random.Below(100));
     const Lines difference = model::RandomDiffFile(random, 1 + random.Below(80));
-    ASSERT_EQ(EngineConvert(report, difference), ModelConvert(report, difference))
-        << "report:\n"
-        << JoinLines(report) << "difference:\n"
-        << JoinLines(difference);
+    ExpectSameConversion(report, difference);
   }
 }
 

@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# Runs the fuzz targets, one after the other, each for SECONDS; installs what is missing. Ends with
+# "N passed, N failed". Inputs that end a target are kept in build/fuzz/crashes.
+#   scripts/fuzz.sh SECONDS [TARGET...]          all targets unless some are named
+#   scripts/fuzz.sh --keep SECONDS [TARGET...]   adds what reaches new code to tests/fuzz/corpus
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+
+keep=no
+if [ "${1:-}" = --keep ]; then keep=yes; shift; fi
+[[ "${1:-}" =~ ^[1-9][0-9]*$ ]] || { echo "usage: scripts/fuzz.sh [--keep] SECONDS [TARGET...]" >&2; exit 2; }
+seconds=$1
+shift
+targets=("$@")
+if [ ${#targets[@]} -eq 0 ]; then
+  for source in tests/fuzz/targets/*.cpp; do targets+=("$(basename "$source" .cpp)"); done
+fi
+
+need_packages "${build_packages[@]}" "${test_packages[@]}" clang libclang-rt-14-dev
+export LC_ALL=C.UTF-8
+
+echo "== Building: fuzz"
+cmake --preset fuzz >/dev/null
+cmake --build build/fuzz --target "${targets[@]/#/fuzz_}" >build/fuzz/build.log 2>&1 ||
+  { tail -n 60 build/fuzz/build.log; exit 1; }
+
+# A new input is at most this long; longer ones cost speed and show nothing new.
+most_bytes=4096
+passed=0
+failed=0
+for target in "${targets[@]}"; do
+  corpus=tests/fuzz/corpus/$target
+  found=build/fuzz/found/$target
+  log=build/fuzz/$target.log
+  mkdir -p "$corpus" "$found" build/fuzz/crashes
+  if build/fuzz/tests/fuzz/fuzz_"$target" -max_total_time="$seconds" -max_len=$most_bytes -timeout=20 \
+    -rss_limit_mb=2048 -dict=tests/fuzz/tessary.dict -print_final_stats=1 \
+    -artifact_prefix=build/fuzz/crashes/"$target"- "$found" "$corpus" >"$log" 2>&1; then
+    echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$log") executions"
+    passed=$((passed + 1))
+  else
+    echo "$target: failed"
+    tail -n 40 "$log"
+    failed=$((failed + 1))
+  fi
+  if [ "$keep" = yes ]; then
+    build/fuzz/tests/fuzz/fuzz_"$target" -merge=1 -max_len=$most_bytes "$corpus" "$found" >/dev/null 2>&1 || true
+  fi
+done
+echo "$passed passed, $failed failed"
+[ "$failed" -eq 0 ]
