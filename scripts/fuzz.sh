@@ -45,7 +45,7 @@ for target in "${targets[@]}"; do
     failed=$((failed + 1))
   fi
   if [ "$keep" = yes ]; then
-    build/fuzz/tests/fuzz/fuzz_"$target" -merge=1 -max_len=$most_bytes "$corpus" "$found" >/dev/null 2>&1 || true
+    build/fuzz/tests/fuzz/fuzz_"$target" -set_cover_merge=1 -max_len=$most_bytes "$corpus" "$found" >/dev/null 2>&1 || true
   fi
 done
 echo "$passed passed, $failed failed"
