@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -18,6 +19,12 @@
 
 namespace tessary {
 
+// How long an operation waits for a folder that another run works in.
+struct FolderWait {
+  int attempts = 50;
+  std::chrono::milliseconds pause{200};  // between two attempts
+};
+
 // What the manager needs of its surroundings. Everything must outlive the manager; `loop` and
 // `notices` may be null.
 struct Surroundings {
@@ -25,6 +32,7 @@ struct Surroundings {
   UserInterface& user;
   MessageLoop* loop = nullptr;
   RunNotices* notices = nullptr;
+  FolderWait folder_wait = {};
 };
 
 enum class ListKind;
@@ -103,6 +111,8 @@ class BXConvertLLMgr {
   void LeaveByExit(const Step& step, const Failure& failure);
   [[noreturn]] void RaiseCheck(const Step& step, std::int32_t number, const std::string& message);
   Outcome FailedBecause(const std::string& log_text);
+  // Waits for other runs that convert reports in the folder; raises 70 when that takes too long.
+  std::unique_ptr<FolderLock> LockFolder(const Step& step, const std::string& folder);
   // Logs why a folder cannot be used; false when it can.
   bool IsFolderMissing(const std::string& folder, const std::string& text_if_empty);
   void Skipped(const std::string& path);

@@ -54,6 +54,8 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertOne(Step& step, const std::string
     RaiseCheck(step, kWrongKindOfFile,
                "Die Datei " + name + " ist keine List & Label Berichtsdatei.");
   }
+  // A batch holds the folder already.
+  const auto lock = m_blnBatch ? nullptr : LockFolder(step, ParentFolderOf(report_path));
   std::string backup_folder = wanted_backup_folder;
   if (!m_blnBatch && BackUp(report_path, backup_folder) == Outcome::kStopped) {
     return Outcome::kStopped;
@@ -154,6 +156,7 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertFolder(Step& step, const std::str
   if (IsFolderMissing(report_folder, "Fehlende Pfadangabe für das Berichtsverzeichnis.")) {
     return Outcome::kFailed;
   }
+  const auto lock = LockFolder(step, report_folder);
   const BackupFolder backup = CreateBackupFolder(around_, report_folder, wanted_backup_folder);
   if (backup.answer == Answer::kNo) {
     Skipped(report_folder);
@@ -164,6 +167,7 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertFolder(Step& step, const std::str
     return Outcome::kFailed;
   }
   around_.files.RemoveLeftovers(report_folder);
+  if (!backup.skip) around_.files.RemoveLeftovers(backup.path);
   step.exit_message =
       "Fehler beim Aufbereiten der Dateien im Diff-Berichts-Verzeichnis " + diff_folder;
   std::vector<ListedFile> differences =

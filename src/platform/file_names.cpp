@@ -23,6 +23,8 @@ std::uint64_t HashOf(std::string_view name, std::uint64_t seed) {
 
 }  // namespace
 
+const std::string_view kLockFileName = "~tessary-lock.~tmp";
+
 void SortFileNames(std::vector<std::string>& names) {
   std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
     const int order = CompareIgnoreCase(a, b);
@@ -43,6 +45,12 @@ bool IsTemporaryName(std::string_view name) {
   if (!name.starts_with(kPrefix) || !name.ends_with(kSuffix)) return false;
   const std::string_view digits = name.substr(kPrefix.size(), kDigitCount);
   return digits.find_first_not_of(kHexDigits) == std::string_view::npos;
+}
+
+void DropServiceFiles(std::vector<std::string>& names) {
+  std::erase_if(names, [](const std::string& name) {
+    return name.starts_with(kPrefix) && (name.ends_with(kSuffix) || name.ends_with(".~old"));
+  });
 }
 
 }  // namespace tessary

@@ -39,6 +39,12 @@ class FileReplacement {
   virtual bool Damaged() const = 0;
 };
 
+// Keeps other runs away from a folder as long as it lives; the system ends it with the process.
+class FolderLock {
+ public:
+  virtual ~FolderLock() = default;
+};
+
 class FileSystem {
  public:
   virtual ~FileSystem() = default;
@@ -47,8 +53,8 @@ class FileSystem {
   virtual bool FileExists(const std::string& path) = 0;
   virtual bool FolderExists(const std::string& path) = 0;
 
-  // The names of the files in `folder` (no folders), ordered by name without regard to case, ties
-  // by bytes.
+  // The names of the files in `folder` (no folders, no service files such as temporary ones),
+  // ordered by name without regard to case, ties by bytes.
   virtual std::vector<std::string> ListFiles(const std::string& folder) = 0;
 
   virtual std::unique_ptr<FileReader> OpenForReading(const std::string& path) = 0;
@@ -73,6 +79,10 @@ class FileSystem {
 
   // Creates one folder; its parent must exist.
   virtual void CreateFolder(const std::string& path) = 0;
+
+  // Null when another run holds `folder`. A folder that cannot be locked gives a lock that keeps
+  // nobody away: whether it can be worked in shows in what is done there. Never fails.
+  virtual std::unique_ptr<FolderLock> TryLockFolder(const std::string& folder) = 0;
 
   // Removes what a run that died may have left in `folder`; never fails.
   virtual void RemoveLeftovers(const std::string& folder) = 0;

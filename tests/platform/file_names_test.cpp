@@ -38,5 +38,18 @@ TEST(FileNamesTest, OtherNamesAreNot) {
   EXPECT_TRUE(IsTemporaryName("~tessary-0123456789abcdef.~tmp"));
 }
 
+TEST(ServiceFiles, AreTakenOutOfALiveFolder) {
+  std::vector<std::string> names = {"A.lst",
+                                    std::string(kLockFileName),
+                                    TemporaryNameFor("A.lst", 0),
+                                    "~tessary-A.lst.~old",
+                                    "~tessary-A.lst",
+                                    "~A.lst.~1",
+                                    "tessary-x.~tmp"};
+  DropServiceFiles(names);
+  EXPECT_EQ(names,
+            (std::vector<std::string>{"A.lst", "~tessary-A.lst", "~A.lst.~1", "tessary-x.~tmp"}));
+}
+
 }  // namespace
 }  // namespace tessary

@@ -71,6 +71,9 @@ class FailingFiles : public FileSystem {
   void RenameFile(const std::string& from, const std::string& to) override;
   bool SameContents(const std::string& a, const std::string& b) override;
   void CreateFolder(const std::string& path) override;
+  std::unique_ptr<FolderLock> TryLockFolder(const std::string& folder) override {
+    return inner_.TryLockFolder(folder);
+  }
   void RemoveLeftovers(const std::string& folder) override { inner_.RemoveLeftovers(folder); }
   std::string ReadProfileString(const std::string& path, std::string_view section,
                                 std::string_view key) override;

@@ -156,6 +156,7 @@ std::vector<std::string> MemoryFiles::ListFiles(const std::string& folder) {
     if (ParentFolderOf(link) == wanted && files_.contains(target))
       names.push_back(FileNameOf(link));
   }
+  DropServiceFiles(names);
   SortFileNames(names);
   return names;
 }
@@ -201,6 +202,21 @@ void MemoryFiles::CreateFolder(const std::string& path) {
   RequireFolderOf(folder);
   if (HasFolder(folder) || files_.contains(folder)) throw Failure(kFileExists);
   folders_.insert(folder);
+}
+
+class MemoryFiles::Lock final : public FolderLock {
+ public:
+  Lock(MemoryFiles& files, std::string folder) : files_(files), folder_(std::move(folder)) {}
+  ~Lock() override { files_.locked_.erase(folder_); }
+
+ private:
+  MemoryFiles& files_;
+  std::string folder_;
+};
+
+std::unique_ptr<FolderLock> MemoryFiles::TryLockFolder(const std::string& folder) {
+  const auto [place, is_free] = locked_.insert(Normalised(folder));
+  return is_free ? std::make_unique<Lock>(*this, *place) : nullptr;
 }
 
 void MemoryFiles::RemoveLeftovers(const std::string& folder) {

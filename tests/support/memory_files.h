@@ -43,6 +43,7 @@ class MemoryFiles : public FileSystem {
   void RenameFile(const std::string& from, const std::string& to) override;
   bool SameContents(const std::string& a, const std::string& b) override;
   void CreateFolder(const std::string& path) override;
+  std::unique_ptr<FolderLock> TryLockFolder(const std::string& folder) override;
   void RemoveLeftovers(const std::string& folder) override;
   std::string ReadProfileString(const std::string& path, std::string_view section,
                                 std::string_view key) override;
@@ -50,6 +51,7 @@ class MemoryFiles : public FileSystem {
  private:
   class Reader;
   class Replacement;
+  class Lock;
 
   static std::string Normalised(const std::string& path);
   // The normalised path of the file itself, with a link followed.
@@ -65,6 +67,7 @@ class MemoryFiles : public FileSystem {
   std::map<std::string, std::string> files_;
   std::map<std::string, std::string> links_;
   std::set<std::string> folders_;
+  std::set<std::string> locked_;
   std::set<std::string> read_only_;
   std::set<std::string> in_place_;
   bool all_in_place_ = false;

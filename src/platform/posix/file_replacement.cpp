@@ -58,7 +58,7 @@ class TemporaryReplacement final : public PosixReplacement {
     if (copied_status_) CopyChangeTime(*copied_status_, file_->fd());
     Flush(file_->fd());
     file_->MoveTo(target_);
-    FlushFolder(FolderHolding(target_));
+    FlushNewName();
   }
 
   bool Damaged() const override { return false; }
@@ -70,6 +70,18 @@ class TemporaryReplacement final : public PosixReplacement {
 
  private:
   static constexpr std::size_t kBufferSize = std::size_t{256} << 10;
+
+  // The new contents are in place by now: calling that a failure would be wrong, and after a power
+  // cut the name stands for the old contents or the new. Only a copy must be there for certain
+  // before what it saves may change.
+  void FlushNewName() const {
+    const std::string folder = FolderHolding(target_);
+    if (copied_status_) {
+      FlushFolder(folder);
+    } else {
+      TryFlushFolder(folder);
+    }
+  }
 
   void WriteBuffer() {
     WriteOut(buffer_);

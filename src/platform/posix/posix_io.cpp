@@ -1,5 +1,6 @@
 #include "platform/posix/posix_io.h"
 
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -74,6 +75,15 @@ void FlushFolder(const std::string& folder) {
   const FileDescriptor fd = TryOpen(folder, O_RDONLY | O_DIRECTORY);
   if (fd.is_open()) Flush(fd.get());
 }
+
+void TryFlushFolder(const std::string& folder) {
+  try {
+    FlushFolder(folder);
+  } catch (const Failure&) {
+  }
+}
+
+bool TryLock(int fd) { return flock(fd, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
 
 std::string FolderHolding(const std::string& path) {
   std::string folder = ParentFolderOf(path);

@@ -35,6 +35,12 @@ void Flush(int fd);
 
 // Waits until the names in `folder` are on the disk, as far as the folder can be opened for that.
 void FlushFolder(const std::string& folder);
+// The same where a failure changes nothing any more.
+void TryFlushFolder(const std::string& folder);
+
+// Locks the file or folder for this process; false when another one holds the lock. File systems
+// without locks count as lockable.
+bool TryLock(int fd);
 
 // The folder that holds `path`, in a form that the system takes.
 std::string FolderHolding(const std::string& path);

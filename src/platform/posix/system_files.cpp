@@ -50,6 +50,14 @@ class PosixReader final : public FileReader {
   std::size_t expected_;
 };
 
+class PosixFolderLock final : public FolderLock {
+ public:
+  explicit PosixFolderLock(FileDescriptor fd) : fd_(std::move(fd)) {}
+
+ private:
+  FileDescriptor fd_;
+};
+
 // Renames unless `to` exists; errno is set when the result is false.
 bool RenameToFreeName(const char* from, const char* to) {
 #if defined(RENAME_NOREPLACE)
@@ -79,6 +87,7 @@ class PosixFileSystem final : public FileSystem {
 
   std::vector<std::string> ListFiles(const std::string& folder) override {
     std::vector<std::string> names = RegularFileNames(folder);
+    DropServiceFiles(names);
     SortFileNames(names);
     return names;
   }
@@ -110,7 +119,9 @@ class PosixFileSystem final : public FileSystem {
     if (lstat(from.c_str(), &status) != 0) FailOpening(from, errno);
     if (S_ISDIR(status.st_mode)) throw Failure(kPathFileAccess);
     if (!RenameToFreeName(from.c_str(), to.c_str())) FailOpening(to, errno);
-    FlushFolder(FolderHolding(to));
+    // The file has its new name, and keeps its contents under either name, whatever becomes of
+    // this.
+    TryFlushFolder(FolderHolding(to));
   }
 
   bool SameContents(const std::string& a, const std::string& b) override {
@@ -128,6 +139,14 @@ class PosixFileSystem final : public FileSystem {
       FailWith(errno);
     }
     FlushFolder(FolderHolding(path));
+  }
+
+  // The folder itself is locked, so that nothing has to be created in it or is left behind.
+  std::unique_ptr<FolderLock> TryLockFolder(const std::string& folder) override {
+    const bool is_name = folder.find('\0') == std::string::npos;
+    FileDescriptor fd = is_name ? TryOpen(folder, O_RDONLY | O_DIRECTORY) : FileDescriptor();
+    if (fd.is_open() && !TryLock(fd.get())) return nullptr;
+    return std::make_unique<PosixFolderLock>(std::move(fd));
   }
 
   void RemoveLeftovers(const std::string& folder) override { RemoveDeadTemporaryFiles(folder); }

@@ -5,7 +5,6 @@
 #include "platform/posix/temporary_file.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -21,9 +20,6 @@
 namespace tessary {
 
 namespace {
-
-// False when somebody else holds the lock. File systems without locks count as lockable.
-bool Lock(int fd) { return flock(fd, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
 
 // False once `path` stands for another file, or none.
 bool IsNameOf(const std::string& path, int fd) {
@@ -45,7 +41,7 @@ LeftoverState RemoveIfDead(const std::string& path) {
   if (!fd.is_open()) fd = TryOpen(path, O_WRONLY | O_NOFOLLOW);
   if (!fd.is_open()) return errno == ENOENT ? LeftoverState::kRemoved : LeftoverState::kUnknown;
   if (!IsRegular(fd.get())) return LeftoverState::kUnknown;
-  if (!Lock(fd.get())) return LeftoverState::kInUse;
+  if (!TryLock(fd.get())) return LeftoverState::kInUse;
   const bool removed = IsNameOf(path, fd.get()) && unlink(path.c_str()) == 0;
   return removed ? LeftoverState::kRemoved : LeftoverState::kUnknown;
 }
@@ -77,7 +73,7 @@ std::unique_ptr<TemporaryFile> TemporaryFile::TryCreate(const std::string& targe
     FileDescriptor fd = TryCreateAt(path, mode, error);
     if (fd.is_open()) {
       // Until the lock is there, another run may take the file for a dead one's.
-      if (!Lock(fd.get()) || !IsNameOf(path, fd.get())) throw Failure(kPermissionDenied);
+      if (!TryLock(fd.get()) || !IsNameOf(path, fd.get())) throw Failure(kPermissionDenied);
       return std::unique_ptr<TemporaryFile>(new TemporaryFile(std::move(fd), std::move(path)));
     }
     if (error != EEXIST) return nullptr;

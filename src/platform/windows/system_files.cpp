@@ -4,6 +4,7 @@
 #include "platform/failure.h"
 #include "platform/file_names.h"
 #include "platform/file_system.h"
+#include "platform/path.h"
 #include "platform/windows/directory.h"
 #include "platform/windows/file_replacement.h"
 #include "platform/windows/native_path.h"
@@ -65,6 +66,21 @@ DWORD AttributesOf(const std::string& path) {
   }
 }
 
+// A file that is about to disappear can be opened as little as one that is in use.
+bool IsHeldByOther(DWORD error, const std::wstring& lock_file) {
+  return error == ERROR_SHARING_VIOLATION ||
+         (error == ERROR_ACCESS_DENIED &&
+          GetFileAttributesW(lock_file.c_str()) != INVALID_FILE_ATTRIBUTES);
+}
+
+class WindowsFolderLock final : public FolderLock {
+ public:
+  explicit WindowsFolderLock(FileHandle handle) : handle_(std::move(handle)) {}
+
+ private:
+  FileHandle handle_;
+};
+
 class WindowsFileSystem final : public FileSystem {
  public:
   bool FileExists(const std::string& path) override {
@@ -81,6 +97,7 @@ class WindowsFileSystem final : public FileSystem {
 
   std::vector<std::string> ListFiles(const std::string& folder) override {
     std::vector<std::string> names = RegularFileNames(NativePath(folder));
+    DropServiceFiles(names);
     SortFileNames(names);
     return names;
   }
@@ -122,6 +139,19 @@ class WindowsFileSystem final : public FileSystem {
 
   void CreateFolder(const std::string& path) override {
     if (!CreateDirectoryW(NativePath(path).c_str(), nullptr)) FailWithLastError();
+  }
+
+  // A folder cannot be locked itself. The system removes the file with its last handle.
+  std::unique_ptr<FolderLock> TryLockFolder(const std::string& folder) override {
+    try {
+      const std::wstring path = NativePath(JoinPath(folder, std::string(kLockFileName)));
+      FileHandle handle = TryOpen(path, GENERIC_WRITE | DELETE, 0, OPEN_ALWAYS,
+                                  FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE);
+      if (!handle.is_open() && IsHeldByOther(GetLastError(), path)) return nullptr;
+      return std::make_unique<WindowsFolderLock>(std::move(handle));
+    } catch (const Failure&) {
+      return std::make_unique<WindowsFolderLock>(FileHandle());
+    }
   }
 
   void RemoveLeftovers(const std::string& folder) override {

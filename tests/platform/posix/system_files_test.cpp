@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -583,6 +584,45 @@ TEST_F(SystemFilesTest, ReadsProfileStrings) {
   EXPECT_EQ(files_.ReadProfileString(path, "usersection", "version"), "3");
   EXPECT_EQ(files_.ReadProfileString(path, "UserSection", "Referenzbeleg"), "Übersicht");
   EXPECT_EQ(files_.ReadProfileString(path, "UserSection", "Other"), "");
+}
+
+TEST_F(SystemFilesTest, AFolderIsHeldByOneRunAtATime) {
+  auto lock = files_.TryLockFolder(folder_.path());
+  EXPECT_NE(lock, nullptr);
+  EXPECT_EQ(files_.TryLockFolder(folder_.path()), nullptr);
+  EXPECT_EQ(files_.TryLockFolder(folder_ / "."), nullptr) << "another name of the folder";
+  lock.reset();
+  EXPECT_NE(files_.TryLockFolder(folder_.path()), nullptr);
+  EXPECT_TRUE(fs::is_empty(folder_.path()));
+}
+
+TEST_F(SystemFilesTest, WhatCannotBeLockedKeepsNobodyAway) {
+  for (const std::string& path : {folder_ / "missing", std::string(), std::string("a\0b", 3)}) {
+    const auto lock = files_.TryLockFolder(path);
+    EXPECT_NE(lock, nullptr);
+    EXPECT_NE(files_.TryLockFolder(path), nullptr);
+  }
+}
+
+TEST_F(SystemFilesTest, ALockEndsWithItsProcess) {
+  int held[2];
+  ASSERT_EQ(pipe(held), 0);
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const auto lock = files_.TryLockFolder(folder_.path());
+    const bool told = lock && write(held[1], "x", 1) == 1;
+    while (told) pause();
+    _exit(1);
+  }
+  char byte;
+  EXPECT_EQ(read(held[0], &byte, 1), 1);
+  EXPECT_EQ(files_.TryLockFolder(folder_.path()), nullptr);
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  EXPECT_NE(files_.TryLockFolder(folder_.path()), nullptr);
+  close(held[0]);
+  close(held[1]);
 }
 
 int CountOpenDescriptors() {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <random>
 
 #include "platform/failure.h"
@@ -401,6 +402,24 @@ TEST_F(SystemFilesTest, ComparesContents) {
   EXPECT_FALSE(files_.SameContents(a, Put("b", long_text + "x")));
   EXPECT_FALSE(files_.SameContents(a, Put("b", long_text.substr(1) + "y")));
   EXPECT_TRUE(files_.SameContents(a, a));
+}
+
+TEST_F(SystemFilesTest, AFolderIsHeldByOneRunAtATime) {
+  auto lock = files_.TryLockFolder(folder_.path());
+  EXPECT_NE(lock, nullptr);
+  EXPECT_EQ(files_.TryLockFolder(folder_.path()), nullptr);
+  EXPECT_TRUE(files_.ListFiles(folder_.path()).empty()) << "the lock is no file of the folder";
+  lock.reset();
+  EXPECT_NE(files_.TryLockFolder(folder_.path()), nullptr);
+  EXPECT_TRUE(std::filesystem::is_empty(LibraryPath(folder_.path())));
+}
+
+TEST_F(SystemFilesTest, WhatCannotBeLockedKeepsNobodyAway) {
+  for (const std::string& path : {folder_ / "missing", std::string("a\0b", 3)}) {
+    const auto lock = files_.TryLockFolder(path);
+    EXPECT_NE(lock, nullptr);
+    EXPECT_NE(files_.TryLockFolder(path), nullptr);
+  }
 }
 
 DWORD HandleCount() {
