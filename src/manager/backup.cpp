@@ -39,12 +39,22 @@ std::string OlderCopyName(const std::string& file_name, int number) {
   return "~" + file_name + ".~" + std::to_string(number);
 }
 
+// True unless it is certain that there is no such file: what cannot be looked at is not overwritten.
+bool MayExist(FileSystem& files, const std::string& path) {
+  try {
+    files.OpenForReading(path);
+    return true;
+  } catch (const Failure& failure) {
+    return failure.number() != kFileNotFound;
+  }
+}
+
 // Moves a copy that is about to be replaced by other contents out of the way, so that the
 // original survives any number of runs. Returns its new name; empty when nothing had to be moved.
 std::string KeepOlderCopy(const Surroundings& around, const std::string& folder,
                           const std::string& file_name, const std::string& report) {
   const std::string copy = JoinPath(folder, file_name);
-  if (!around.files.FileExists(copy) || around.files.SameContents(copy, report)) return {};
+  if (!MayExist(around.files, copy) || around.files.SameContents(copy, report)) return {};
   int number = 1;
   while (around.files.FileExists(JoinPath(folder, OlderCopyName(file_name, number)))) {
     if (++number > kMostOlderCopies) throw Failure(kFileExists);
