@@ -37,6 +37,13 @@ bool IsUnsafeFileName(std::string_view name) {
          });
 }
 
+// The name is read from the headers once more. One that has lost a part on the way would be taken
+// for another file, or for none.
+bool IsWholeName(std::string_view name, std::int32_t old_version, std::int32_t new_version) {
+  const std::string versions = std::to_string(old_version) + "_" + std::to_string(new_version);
+  return name.starts_with(versions) && !TrimBlanks(name.substr(versions.size())).empty();
+}
+
 // The name in `names` that equals `name`, if need be without regard to case, since an old release
 // may come from a file system that knows no case; `name` itself where there is none.
 std::string Namesake(const std::vector<std::string>& names, const std::string& name) {
@@ -138,6 +145,7 @@ std::string BXConvertLLMgr::WriteDifferences(Step& step, const Ref<EngineContext
   step.exit_message += path;
   // Without a folder the file would land in the root.
   if (diff_folder.empty() || IsUnsafeFileName(name)) throw Failure(kBadFileName);
+  if (!IsWholeName(name, pair.old_version, pair.new_version)) throw Failure(kDeviceError);
   ShowStep("Differenzdatei " + name + " wird geschrieben");
   WriteFile(context, path, lines);
   WarnOfSameName(name, pair.old_name);
@@ -176,6 +184,7 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::CompareFolders(Step& step, const std::st
                       "Fehlende Pfadangabe für das Berichtsverzeichnis der alten Versionen.")) {
     return Outcome::kFailed;
   }
+  around_.files.RemoveLeftovers(diff_folder);
   const std::vector<std::string> old_names = ListFilled(step, old_folder);
   const std::vector<std::string> new_names = ListFilled(step, new_folder);
   for (const std::string& name : old_names) {
