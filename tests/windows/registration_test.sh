@@ -83,6 +83,10 @@ is_clean
 regsvr32 /u
 is_clean
 
+echo "== an unknown scope"
+if regsvr32 /n /i:users; then echo "an unknown scope must be refused"; exit 1; fi
+is_clean
+
 echo "== current user"
 regsvr32 /n /i:user
 grep -q 'Tessary Berichtskonvertierung' <<<"$(value 'HKCU\Software\Classes\Tessary.BXConvertLLMgr.1')"
