@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <string>
+#include <vector>
+
 #include "platform/path.h"
 
 namespace tessary::protocol_window {
@@ -12,19 +16,25 @@ TEST(ProtocolWindowTextsTest, AreKeptToTheLetter) {
   EXPECT_EQ(kTitle, "Berichtskonvertierung");
   EXPECT_EQ(kSubtitle, "Fehlerprotokoll");
   EXPECT_EQ(kClose, "Schließen");
-  EXPECT_EQ(kIntroduction,
+}
+
+TEST(ProtocolWindowTextsTest, RepairGuideIsKeptToTheLetter) {
+  const RepairGuide guide = RepairGuideOf("C:");
+  EXPECT_EQ(guide.introduction,
             "Aufgrund der fehlerhaften Konvertierung funktionieren einige Progerammteile "
             "möglicherweise nicht mehr richtig. Bitte versuchen Sie diese Berichte folgendermaßen "
             "zu korrigieren:");
-  EXPECT_EQ(kSteps[0].text, "Starten Sie die Konvertierung erneut über:");
-  EXPECT_EQ(kSteps[1].text, "Wählen Sie das Verzeichnis für die Differenz-Berichte aus: ");
-  EXPECT_EQ(kSteps[2].text, "Wählen Sie das Verzeichnis für die Berichte aus: ");
-  EXPECT_EQ(kSteps[3].text, "Aktivieren Sie die Berichte, die fehlerhaft sind (s. O.).");
-  EXPECT_EQ(kSteps[4].text,
-            "Schlägt die Konvertierung erneut fehl, ersetzten Sie die fehlerhaften Berichte mit "
-            "den Ursprungsberichten im Verzeichnis:");
-  for (std::size_t i = 0; i < kSteps.size(); ++i) {
-    EXPECT_EQ(kSteps[i].number, std::to_string(i + 1) + ".");
+  const char* const expected[] = {
+      "Starten Sie die Konvertierung erneut über:",
+      "Wählen Sie das Verzeichnis für die Differenz-Berichte aus: ",
+      "Wählen Sie das Verzeichnis für die Berichte aus: ",
+      "Aktivieren Sie die Berichte, die fehlerhaft sind (s. O.).",
+      "Schlägt die Konvertierung erneut fehl, ersetzten Sie die fehlerhaften Berichte mit den "
+      "Ursprungsberichten im Verzeichnis:",
+  };
+  ASSERT_EQ(guide.steps.size(), std::size(expected));
+  for (std::size_t i = 0; i < guide.steps.size(); ++i) {
+    EXPECT_EQ(guide.steps[i].text, expected[i]);
   }
 }
 
@@ -37,19 +47,25 @@ std::string Joined(std::initializer_list<std::string_view> parts) {
   return path;
 }
 
+std::vector<std::string> PathsOf(std::string_view own_folder) {
+  std::vector<std::string> paths;
+  for (const RepairStep& step : RepairGuideOf(own_folder).steps) paths.push_back(step.value);
+  return paths;
+}
+
 TEST(ProtocolWindowTextsTest, PathsLieBelowTheComponentsFolder) {
   const std::string folder = Joined({"C:", "Programme", "Büro"});
-  const RepairPaths expected = {
+  const std::vector<std::string> expected = {
       Joined({folder, "Velquist.exe"}), Joined({folder, "DB", "BerichteLLDiff"}),
       Joined({folder, "DB", "BerichteLLOrg"}), "", Joined({folder, "DB", "BerichteLLBak"})};
-  EXPECT_EQ(RepairPathsOf(folder), expected);
-  EXPECT_EQ(RepairPathsOf(folder + kPathSeparator), expected) << "one separator in between";
+  EXPECT_EQ(PathsOf(folder), expected);
+  EXPECT_EQ(PathsOf(folder + kPathSeparator), expected) << "one separator in between";
 }
 
 TEST(ProtocolWindowTextsTest, ComponentMayLieInARootFolder) {
   const std::string root = std::string("C:") + kPathSeparator;
-  EXPECT_EQ(RepairPathsOf(root)[0], Joined({"C:", "Velquist.exe"}));
-  EXPECT_EQ(RepairPathsOf(root)[1], Joined({"C:", "DB", "BerichteLLDiff"}));
+  EXPECT_EQ(PathsOf(root)[0], Joined({"C:", "Velquist.exe"}));
+  EXPECT_EQ(PathsOf(root)[1], Joined({"C:", "DB", "BerichteLLDiff"}));
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ constexpr int kLeastButtonWidth = 88;
 constexpr int kButtonHeight = 25;
 
 // In lines of the tree's font.
-constexpr int kLeastTreeLines = 6;
+constexpr int kLeastTreeLines = 8;
 constexpr int kFirstTreeLines = 15;
 
 constexpr DWORD kStyle =
@@ -35,9 +35,8 @@ constexpr DWORD kStyle =
 }  // namespace
 
 ProtocolWindow::ProtocolWindow(HINSTANCE module, HWND owner, const ProtocolTree& tree,
-                               const protocol_window::RepairPaths& paths)
-    : module_(module), owner_(owner), tree_(tree) {
-  for (std::size_t i = 0; i < kSteps; ++i) paths_[i] = WideFromUtf8(paths[i]);
+                               const RepairGuide& guide)
+    : owner_(owner), guide_(guide), tree_(tree) {
   const MonitorScaling scaling;
   const CommonControls controls(module);
   Create(module, owner, kStyle, WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME,
@@ -69,7 +68,7 @@ void ProtocolWindow::AddControls(HINSTANCE module) {
   add_line(kPaneA);
   add_label(kPaneB, kLabel1, protocol_window::kSubtitle);
   tree_.Create(panes_[kPaneB]->window());
-  add_label(kPaneC, kLabel2, protocol_window::kIntroduction);
+  add_label(kPaneC, kLabel2, guide_.introduction);
   AddSteps(panes_[kPaneD]->window());
   add_line(kPaneE);
   AddControl(panes_[kPaneE]->window(), L"BUTTON", kCmdClose,
@@ -78,12 +77,12 @@ void ProtocolWindow::AddControls(HINSTANCE module) {
 }
 
 void ProtocolWindow::AddSteps(HWND pane) {
-  for (std::size_t i = 0; i < kSteps; ++i) {
-    const int offset = static_cast<int>(i);
-    const auto& step = protocol_window::kSteps[i];
-    AddLabel(pane, kLabel11 + offset, WideFromUtf8(step.number).c_str());
+  int offset = 0;
+  for (const RepairStep& step : guide_.steps) {
+    AddLabel(pane, kLabel11 + offset, (std::to_wstring(offset + 1) + L".").c_str());
     AddLabel(pane, kStepText + offset, WideFromUtf8(step.text).c_str());
-    if (!paths_[i].empty()) AddLabel(pane, kStepPath + offset, paths_[i].c_str());
+    if (!step.value.empty()) AddLabel(pane, kStepPath + offset, WideFromUtf8(step.value).c_str());
+    ++offset;
   }
 }
 
@@ -202,9 +201,7 @@ SIZE ProtocolWindow::ButtonSize() const {
 }
 
 int ProtocolWindow::NumberWidth() const {
-  const auto& last = protocol_window::kSteps.back();
-  return MeasureText(step_font_.get(), WideFromUtf8(last.number), FromScale(kFirstWidth)).cx +
-         FromScale(kGap);
+  return MeasureText(step_font_.get(), L"0.", FromScale(kFirstWidth)).cx + FromScale(kGap);
 }
 
 ProtocolWindow::Heights ProtocolWindow::HeightsFor(int width) const {
@@ -212,9 +209,7 @@ ProtocolWindow::Heights ProtocolWindow::HeightsFor(int width) const {
   const int line = LineHeight(normal_font_.get());
   const int title = std::max(FromScale(kIconSize), LineHeight(title_font_.get()));
   const int introduction =
-      MeasureText(normal_font_.get(), WideFromUtf8(protocol_window::kIntroduction),
-                  width - 2 * margin)
-          .cy;
+      MeasureText(normal_font_.get(), WideFromUtf8(guide_.introduction), width - 2 * margin).cy;
   const int steps = WalkSteps(width, [](int, int, int) {});
   return {2 * margin + title + kLineThickness,
           margin + line + FromScale(kGap) + kLeastTreeLines * line, margin + introduction,
@@ -272,16 +267,17 @@ template <class PlaceLine>
 int ProtocolWindow::WalkSteps(int width, PlaceLine&& place) const {
   const int room = width - 2 * FromScale(kMargin) - NumberWidth();
   int top = 0;
-  const auto put = [&](int id, const std::wstring& text) {
-    const int height = MeasureText(step_font_.get(), text, room).cy;
+  const auto put = [&](int id, const std::string& text) {
+    const int height = MeasureText(step_font_.get(), WideFromUtf8(text), room).cy;
     place(id, top, height);
     top += height;
   };
-  for (std::size_t i = 0; i < kSteps; ++i) {
-    const int offset = static_cast<int>(i);
-    if (i > 0) top += FromScale(kGap);
-    put(kStepText + offset, WideFromUtf8(protocol_window::kSteps[i].text));
-    if (!paths_[i].empty()) put(kStepPath + offset, paths_[i]);
+  int offset = 0;
+  for (const RepairStep& step : guide_.steps) {
+    if (offset > 0) top += FromScale(kGap);
+    put(kStepText + offset, step.text);
+    if (!step.value.empty()) put(kStepPath + offset, step.value);
+    ++offset;
   }
   return top;
 }

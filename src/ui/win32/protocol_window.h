@@ -15,9 +15,8 @@ namespace tessary::win32 {
 // the others leave.
 class ProtocolWindow final : public Dialog {
  public:
-  // `tree` must outlive the window.
-  ProtocolWindow(HINSTANCE module, HWND owner, const ProtocolTree& tree,
-                 const protocol_window::RepairPaths& paths);
+  // `tree` and `guide` must outlive the window.
+  ProtocolWindow(HINSTANCE module, HWND owner, const ProtocolTree& tree, const RepairGuide& guide);
   ~ProtocolWindow() override;
 
   // Returns when the window has been closed. Meanwhile its owner is disabled. A request to end the
@@ -25,7 +24,6 @@ class ProtocolWindow final : public Dialog {
   void ShowModal();
 
  private:
-  static constexpr std::size_t kSteps = protocol_window::kSteps.size();
   static constexpr std::size_t kPanes = 5;
   using Heights = std::array<int, kPanes>;
 
@@ -55,10 +53,9 @@ class ProtocolWindow final : public Dialog {
   int NumberWidth() const;
   HWND Item(std::size_t pane, int id) const;
 
-  HINSTANCE module_;
   HWND owner_;
+  const RepairGuide& guide_;
   ProtocolTreeView tree_;
-  std::array<std::wstring, kSteps> paths_;
   int resolution_ = USER_DEFAULT_SCREEN_DPI;
   bool closed_ = false;
   Font title_font_;

@@ -53,8 +53,8 @@ void WindowsUserInterface::ShowErrorProtocol(const ResultDictionary& dictErrors,
                                              const ResultDictionary& dictCorrect) {
   if (!IsInteractive()) return;
   const ProtocolTree tree(dictErrors, dictCorrect);
-  ProtocolWindow(module_, GetActiveWindow(), tree, protocol_window::RepairPathsOf(own_folder_))
-      .ShowModal();
+  const RepairGuide guide = protocol_window::RepairGuideOf(own_folder_);
+  ProtocolWindow(module_, GetActiveWindow(), tree, guide).ShowModal();
 }
 
 }  // namespace tessary::win32

@@ -13,14 +13,13 @@ using com::Bstr;
 
 Heard* hearing = nullptr;  // one client at a time
 
-// The bar is sent one too far and back, so only every lower position stays.
+// Every position is sent after the next one, so every other one stays.
 void HearPosition(int position) {
-  static int last = 0;
-  if (position < last) {
-    hearing->bar.push_back(position);
-    hearing->pointers.push_back(GetCursor());
-  }
-  last = position;
+  static bool too_far = false;
+  too_far = !too_far;
+  if (too_far) return;
+  hearing->bar.push_back(position);
+  hearing->pointers.push_back(GetCursor());
 }
 
 LRESULT CALLBACK Hear(int code, WPARAM wparam, LPARAM lparam) {
@@ -34,6 +33,13 @@ LRESULT CALLBACK Hear(int code, WPARAM wparam, LPARAM lparam) {
   }
   if (code == HC_ACTION && sent.message == PBM_SETPOS) HearPosition(static_cast<int>(sent.wParam));
   return CallNextHookEx(nullptr, code, wparam, lparam);
+}
+
+GUITHREADINFO StateOf(DWORD thread) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  GetGUIThreadInfo(thread, &info);
+  return info;
 }
 
 HWND OpenClientWindow() {
@@ -57,6 +63,9 @@ const Heard& Client::Join() {
   started_ = nullptr;
   return heard_;
 }
+
+HWND Client::Active() const { return StateOf(thread_id_).hwndActive; }
+HWND Client::Focus() const { return StateOf(thread_id_).hwndFocus; }
 
 void Client::Run(const Work& work) {
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);

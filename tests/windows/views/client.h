@@ -36,6 +36,9 @@ class Client {
   const Heard& Join();
   HWND window() const { return window_; }
   DWORD thread_id() const { return thread_id_; }
+  // The windows of the client's thread that are active and have the focus.
+  HWND Active() const;
+  HWND Focus() const;
 
   // For the work.
   bool ConvertReport(const std::string& report, const std::string& difference_file,

@@ -168,17 +168,11 @@ TEST_F(ProtocolWindow, CloseButtonIsReachedByTabAndCloses) {
   ASSERT_TRUE(window);
   const HWND tree = ControlOf(window, kTreeView1);
   const HWND button = ControlOf(window, kCmdClose);
-  const auto focus = [&] {
-    GUITHREADINFO info{};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(client.thread_id(), &info);
-    return info.hwndFocus;
-  };
-  EXPECT_TRUE(WaitUntil([&] { return focus() == tree; }));
+  EXPECT_TRUE(WaitUntil([&] { return client.Focus() == tree; }));
   PostMessageW(tree, WM_KEYDOWN, VK_TAB, 0);
-  EXPECT_TRUE(WaitUntil([&] { return focus() == button; }));
+  EXPECT_TRUE(WaitUntil([&] { return client.Focus() == button; }));
   PostMessageW(button, WM_KEYDOWN, VK_TAB, 0);
-  EXPECT_TRUE(WaitUntil([&] { return focus() == tree; }));
+  EXPECT_TRUE(WaitUntil([&] { return client.Focus() == tree; }));
   PostMessageW(button, BM_CLICK, 0, 0);
   EXPECT_TRUE(WaitUntilGone(window));
 }

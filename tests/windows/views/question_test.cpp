@@ -31,8 +31,7 @@ TEST_P(Question, AboutTheBackupFolderTakesBothAnswers) {
   const HWND question = WaitForQuestion();
   ASSERT_TRUE(question);
   EXPECT_EQ(TextOf(question), "");
-  const DWORD answer_default = static_cast<DWORD>(SendMessageW(question, DM_GETDEFID, 0, 0));
-  EXPECT_EQ(LOWORD(answer_default), IDYES);
+  EXPECT_TRUE(WaitUntil([&] { return client.Focus() == GetDlgItem(question, IDYES); }));
   const std::string expected =
       "Das BackUp-Verzeichnis " + folders_ / "Datei/Sicherung" +
       " konnte nicht erstellt werden. Die Berichte werden ohne Sicherung überschrieben.\r\n"

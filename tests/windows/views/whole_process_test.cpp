@@ -55,18 +55,15 @@ class SystemResolutionSetting {
   bool had_value_ = false;
 };
 
-class Scaling : public testing::TestWithParam<int> {};
-
-TEST_P(Scaling, AllWindowsLookRight) {
-  const SystemResolutionSetting setting(static_cast<DWORD>(GetParam()));
-  ASSERT_EQ(RunProgram({OwnPath(), {"--resolution"}}).exit_code, GetParam());
+TEST(ScaledProcess, HasTheSameWindowsAtTwiceTheSize) {
+  constexpr int kResolution = 192;
+  const SystemResolutionSetting setting(kResolution);
+  ASSERT_EQ(RunProgram({OwnPath(), {"--resolution"}}).exit_code, kResolution);
   const ProgramResult run = RunProgram(
-      {OwnPath(), {"--gtest_filter=ProgressWindow.*:ProtocolWindow.*:Answers/Question.*"}});
+      {OwnPath(),
+       {"--gtest_filter=ProgressWindow.Shows*:ProtocolWindow.*:Answers/Question.*/Yes"}});
   EXPECT_EQ(run.exit_code, 0) << run.out;
 }
-
-INSTANTIATE_TEST_SUITE_P(Resolutions, Scaling, testing::Values(144, 192),
-                         [](const auto& row) { return std::to_string(row.param); });
 
 }  // namespace
 }  // namespace tessary::win32
