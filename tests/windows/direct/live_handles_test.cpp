@@ -9,7 +9,7 @@
 namespace tessary::win32 {
 namespace {
 
-constexpr int kRounds = 500;
+constexpr int kRounds = 100;
 constexpr HandleKind kKinds[] = {HandleKind::kWindow, HandleKind::kFont, HandleKind::kIcon,
                                  HandleKind::kImageList, HandleKind::kActivationContext};
 
