@@ -8,6 +8,7 @@
 
 #include "platform/file_names.h"
 #include "platform/path.h"
+#include "support/failure_chain.h"
 #include "support/manager_test_base.h"
 
 namespace tessary {
@@ -108,6 +109,20 @@ std::map<std::string, std::set<std::string>> WholeFiles(const Operation& operati
 
 void PrintTo(const Operation& operation, std::ostream* out) { *out << operation.name; }
 
+// What a file system reports.
+constexpr std::int32_t kNumbers[] = {
+    kFileNotFound,     kDeviceError, kFileExists,     kDiskFull,     kTooManyFiles,
+    kPermissionDenied, kBadFileName, kPathFileAccess, kPathNotFound, kOutOfMemory};
+
+template <typename A, typename B, std::size_t m, std::size_t n>
+std::vector<std::pair<A, B>> Product(const A (&as)[m], const B (&bs)[n]) {
+  std::vector<std::pair<A, B>> pairs;
+  for (const A& a : as) {
+    for (const B& b : bs) pairs.emplace_back(a, b);
+  }
+  return pairs;
+}
+
 class FaultTest : public testing::TestWithParam<Operation> {};
 
 TEST_P(FaultTest, NoSingleFailureLosesAnything) {
@@ -125,14 +140,15 @@ TEST_P(FaultTest, NoSingleFailureLosesAnything) {
       {"in place, go on", Damage::kHalfWritten, true, Answer::kYes},
       {"in place, stop", Damage::kHalfWritten, true, Answer::kNo},
   };
-  for (const auto& way : ways) {
+  for (const auto& [way, number] : Product(ways, kNumbers)) {
     if (way.in_place && !GetParam().has_backup) continue;
     for (int n = 1; n <= calls; ++n) {
-      SCOPED_TRACE(std::string(way.what) + ", call " + std::to_string(n));
+      SCOPED_TRACE(std::string(way.what) + ", error " + std::to_string(number) + " at call " +
+                   std::to_string(n));
       World world(way.in_place);
       const auto before = world.memory.files();
       world.user.AnswerAlways(way.answer);
-      world.files.FailAnyCall(n, kDeviceError, way.damage);
+      world.files.FailAnyCall(n, number, way.damage);
       const bool result = GetParam().run(world);
       EXPECT_EQ(world.files.CountFailures(), 1);
       EXPECT_EQ(world.user.pointer(), "restored");
@@ -140,6 +156,7 @@ TEST_P(FaultTest, NoSingleFailureLosesAnything) {
       const bool asked = !world.user.Questions().empty();
       EXPECT_TRUE(result || asked || world.log.dictErrors.Count() > 0);
       EXPECT_TRUE(!result || world.log.dictErrors.Count() == 0);
+      ExpectFailureChain(world.log, number);
       ExpectWholeFiles(world, before, whole);
     }
   }

@@ -136,10 +136,10 @@ class InPlaceReplacement final : public PosixReplacement {
   }
 
   void WriteContents() {
-    for (std::string_view rest = contents_; !rest.empty(); damaged_ = true)
-      rest.remove_prefix(WriteSome(file_.fd.get(), rest));
-    if (ftruncate(file_.fd.get(), static_cast<off_t>(contents_.size())) != 0) FailWith(errno);
+    // A write that fails may have written all the same, as over a network.
     damaged_ = true;
+    WriteAll(file_.fd.get(), contents_);
+    if (ftruncate(file_.fd.get(), static_cast<off_t>(contents_.size())) != 0) FailWith(errno);
   }
 
   OpenedFile file_;

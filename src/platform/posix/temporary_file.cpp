@@ -73,7 +73,11 @@ std::unique_ptr<TemporaryFile> TemporaryFile::TryCreate(const std::string& targe
     FileDescriptor fd = TryCreateAt(path, mode, error);
     if (fd.is_open()) {
       // Until the lock is there, another run may take the file for a dead one's.
-      if (!TryLock(fd.get()) || !IsNameOf(path, fd.get())) throw Failure(kPermissionDenied);
+      if (!TryLock(fd.get()) || !IsNameOf(path, fd.get())) {
+        fd = FileDescriptor();
+        RemoveIfDead(path);
+        throw Failure(kPermissionDenied);
+      }
       return std::unique_ptr<TemporaryFile>(new TemporaryFile(std::move(fd), std::move(path)));
     }
     if (error != EEXIST) return nullptr;
