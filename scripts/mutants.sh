@@ -1,0 +1,97 @@
+#!/usr/bin/env bash
+# Breaks the engine, the levels and the report in the small ways of tests/mutants/mutants.txt, one
+# after the other, and checks that the tests notice. Works on a copy in build/mutants. Ends with
+# "N noticed of M"; fails when fewer than 95 % are.
+#   scripts/mutants.sh           all of them
+#   scripts/mutants.sh --short   the few that are chosen for every run
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+
+short=no
+case "${1:-}" in
+  '') ;;
+  --short) short=yes ;;
+  *) echo "usage: scripts/mutants.sh [--short]" >&2; exit 2 ;;
+esac
+
+need_packages "${build_packages[@]}" "${test_packages[@]}"
+export LC_ALL=C.UTF-8
+list=$PWD/tests/mutants/mutants.txt
+work=$PWD/build/mutants
+tree=$work/tree
+# The programs in the order in which they are asked; each is built only when those before it have
+# noticed nothing.
+programs=(model_tests engine_tests levels_tests report_tests e2e_tests)
+[ "$short" = no ] || programs=(model_tests levels_tests)
+
+# Only what differs is copied, so that little is built anew.
+git ls-files -z -- . ':!tests/fuzz/corpus' | while IFS= read -r -d '' name; do
+  cmp -s "$name" "$tree/$name" && continue
+  mkdir -p "$tree/$(dirname "$name")"
+  cp "$name" "$tree/$name"
+done
+cmake -S "$tree" -B "$work/build" -G Ninja -D CMAKE_BUILD_TYPE=Debug -D CMAKE_CXX_FLAGS_DEBUG="-O0 -w" \
+  -D TESSARY_TESTS=ON >"$work/configure.log" 2>&1 || { tail -n 30 "$work/configure.log"; exit 1; }
+
+# ask: true when no program notices anything; $noticed_by tells which one did.
+ask() {
+  local program
+  for program in "${programs[@]}"; do
+    noticed_by=$program
+    if ! cmake --build "$work/build" --target "$program" >"$work/build.log" 2>&1; then
+      tail -n 30 "$work/build.log"
+      echo "this is no fault but an error: $1"
+      exit 1
+    fi
+    timeout 300 "$work/build/tests/$program" --gtest_brief=1 --gtest_fail_fast \
+      >"$work/test.log" 2>&1 || return 1
+  done
+}
+
+# replace FILE OLD NEW: writes the fault into the copy; fails unless OLD stands there exactly once.
+replace() {
+  python3 - "$@" <<'PYTHON'
+import sys
+path, old, new = sys.argv[1:]
+with open(path, encoding="utf-8") as file:
+    text = file.read()
+if text.count(old) != 1:
+    sys.exit(f"{path}: not exactly once: {old}")
+with open(path, "w", encoding="utf-8") as file:
+    file.write(text.replace(old, new))
+PYTHON
+}
+
+ask "the code as it is" || { echo "$noticed_by fails without a fault:"; tail -n 30 "$work/test.log"; exit 1; }
+
+total=0
+noticed=0
+# try FILE OLD NEW: one fault.
+try() {
+  local file=$tree/$1
+  cp -p "$file" "$work/original"
+  replace "$file" "$2" "$3"
+  total=$((total + 1))
+  if ask "$1: $3"; then
+    echo "NOT NOTICED  $1: ${3:-without: $2}"
+  else
+    noticed=$((noticed + 1))
+    echo "$noticed_by  $1: ${3:-without: $2}"
+  fi
+  # With the time of now, or what was built from the fault would count as fresh.
+  cp "$work/original" "$file"
+}
+
+file='' old='' chosen=no
+while IFS= read -r line || [ -n "$line" ]; do
+  case "$line" in
+    '#'* | '') ;;
+    '- '*) old=${old:+$old$'\n'}${line#- } ;;
+    '+ '* | '+') new=${line#+}; [ "$short" = yes ] && [ "$chosen" = no ] || try "$file" "$old" "${new# }" </dev/null ;;
+    '! '*) file=${line#! } old='' chosen=yes ;;
+    *) file=$line old='' chosen=no ;;
+  esac
+done <"$list"
+echo "$noticed noticed of $total"
+[ $((noticed * 100)) -ge $((total * 95)) ]
