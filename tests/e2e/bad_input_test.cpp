@@ -190,6 +190,20 @@ TEST_F(BadInputTest, ABlockNestedFarBelowTheLastLevel) {
   EXPECT_THAT(user_.Warnings(), Contains(HasSubstr("außerhalb der Ebenen 0 bis 9")));
 }
 
+TEST_F(BadInputTest, AMillionBraces) {
+  std::string open;
+  std::string close;
+  for (int i = 0; i < 1'000'000; ++i) {
+    open += "{\r\n";
+    close += "}\r\n";
+  }
+  for (const std::string& deep : {open + "X=1\r\n", close + "X=1\r\n", open + close + "X=1\r\n"}) {
+    const std::string path = Put("R/tief.lst", SmallReport(3) + deep);
+    ASSERT_TRUE(Convert(path));
+    EXPECT_THAT(GetFile(path), HasSubstr(" Version=4\r\n"));
+  }
+}
+
 TEST_F(BadInputTest, NamesWithBlanksUmlautsAndOtherScripts) {
   const char* names[] = {" vorn und hinten .lst",
                          "Rechnung für Öl.lst",

@@ -51,6 +51,19 @@ TEST_F(NamesTest, NamesThatDifferInCaseAreTwoReports) {
   EXPECT_EQ(manager_.CountCorrectReports(), 1) << "their texts are one item of the log";
 }
 
+TEST_F(NamesTest, ANameOfFullLengthIsConvertedAndItsOlderCopyIsNeverReplaced) {
+  const std::string name = std::string(251, 'x') + ".lst";
+  Put("R/" + name, SmallReport(3));
+  ASSERT_TRUE(ConvertReports("R"));
+  EXPECT_EQ(Get("R/" + name), SmallReport(4));
+  EXPECT_EQ(Get("RBak/" + name), SmallReport(3));
+  // There is no longer name to keep the copy under.
+  user_.AnswerNext(Answer::kNo);
+  EXPECT_TRUE(ConvertReports("R"));
+  EXPECT_THAT(user_.Questions(), ElementsAre(testing::HasSubstr("konnte nicht gesichert werden.")));
+  EXPECT_EQ(Get("RBak/" + name), SmallReport(3));
+}
+
 TEST_F(NamesTest, TheLogHoldsTheBytesAsTheyAre) {
   const std::string path = In("R/\xFF.lst");
   EXPECT_FALSE(manager_.ConvertReport(path, In("diff/3_4Rechnung"), ""));

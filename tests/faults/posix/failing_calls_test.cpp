@@ -1,6 +1,7 @@
 // Every operation on real files, with every single call to the system failing in turn, with every
 // kind of error. The ordinary run takes two kinds; the others are for scripts/soak.sh.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -31,6 +32,12 @@ int RunWith(const FaultWorld& world, const FaultOperation& operation, int n, int
   return system_calls::Stop();
 }
 
+int CountOpenFiles() {
+  int count = 0;
+  for (int fd = 0; fd < 256; ++fd) count += static_cast<int>(fcntl(fd, F_GETFD) != -1);
+  return count;
+}
+
 // Every difference file is missing or whole.
 void ExpectWholeDifferences(const FaultWorld& world) {
   const auto files = world.Files();
@@ -44,6 +51,7 @@ class FailingCallsTest : public testing::TestWithParam<FaultOperation> {};
 
 void FailEveryCall(const FaultOperation& operation, std::initializer_list<int> errors) {
   int failed_calls = 0;
+  const int open_files = CountOpenFiles();
   for (const bool in_place : {false, true}) {
     if (in_place && !operation.converts) continue;
     int calls = 0;
@@ -66,6 +74,7 @@ void FailEveryCall(const FaultOperation& operation, std::initializer_list<int> e
         EXPECT_TRUE(run.result || asked || run.log.dictErrors.Count() > 0) << "nobody is told";
         EXPECT_FALSE(run.result && run.log.dictErrors.Count() > 0);
         EXPECT_EQ(run.user.open_windows(), 0);
+        EXPECT_EQ(CountOpenFiles(), open_files);
         ExpectFailureChain(run.log, RunTimeErrorOf(error));
         world.ExpectReportsAsLogged(run.log, !asked);
         ExpectWholeDifferences(world);
