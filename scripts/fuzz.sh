@@ -34,7 +34,7 @@ for target in "${targets[@]}"; do
   found=build/fuzz/found/$target
   log=build/fuzz/$target.log
   mkdir -p "$corpus" "$found" build/fuzz/crashes
-  if build/fuzz/tests/fuzz/fuzz_"$target" -max_total_time="$seconds" -max_len=$most_bytes -timeout=20 \
+  if build/fuzz/tests/fuzz/fuzz_"$target" -max_total_time="$seconds" -max_len=$most_bytes -timeout=120 \
     -rss_limit_mb=2048 -dict=tests/fuzz/tessary.dict -print_final_stats=1 \
     -artifact_prefix=build/fuzz/crashes/"$target"- "$found" "$corpus" >"$log" 2>&1; then
     echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$log") executions"

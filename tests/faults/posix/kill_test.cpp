@@ -96,6 +96,8 @@ TEST(KillTest, AReportOverwrittenInPlaceHasItsBackup) {
     const FaultWorld world(true);
     died = DiesAt(world, Operation("ConvertReports"), n);
     world.ExpectWholeReports();
+    RunAgain(world, Operation("ConvertReports"));
+    world.ExpectWholeReports();
   }
   std::cout << "kills survived: " << n - 2 << "\n";
   EXPECT_GT(n, 100);
