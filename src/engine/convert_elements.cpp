@@ -27,6 +27,7 @@ void BXLevelBasis::Convert(const Ref<ElementTable>& aReport, const Ref<ElementTa
   const Procedure preparation{context_->errors(), m_strLevelClassName, kName,
                               "Fehler beim Vorbereiten der Konvertierung.",
                               Procedure::Message::kAlways};
+  const Descent descent(*context_);
   preparation.Run([&] {
     m_aElement = aReport;
     PrepareConversion(aDiffFile);

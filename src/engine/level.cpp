@@ -1,5 +1,7 @@
 #include "engine/level.h"
 
+#include <new>
+
 #include "engine/element_table.h"
 #include "engine/engine_context.h"
 #include "platform/failure.h"
@@ -22,6 +24,21 @@ int LevelClassNumber(std::string_view class_identifier) {
 
 Ref<Level> EngineContext::CreateLevel(int number) {
   return create_level_(Ref<EngineContext>(this), number);
+}
+
+void EngineContext::Bury(Ref<ElementTable> array) noexcept {
+  try {
+    buried_.push_back(std::move(array));
+  } catch (const std::bad_alloc&) {
+    return;  // it goes now, with nested calls
+  }
+  if (burying_) return;
+  burying_ = true;
+  while (!buried_.empty()) {
+    const Ref<ElementTable> next = std::move(buried_.back());
+    buried_.pop_back();
+  }
+  burying_ = false;
 }
 
 Ref<Level> EngineContext::ChildOf(ElementTable& array, std::int32_t row) {

@@ -12,7 +12,10 @@ namespace tessary {
 
 BXLevelBasis::BXLevelBasis(Ref<EngineContext> context) : context_(std::move(context)) {}
 
-BXLevelBasis::~BXLevelBasis() { context_->Yield(); }
+BXLevelBasis::~BXLevelBasis() {
+  context_->Yield();
+  if (m_aElement) context_->Bury(std::move(m_aElement));
+}
 
 ElementTable& BXLevelBasis::Array() {
   if (!m_aElement) m_aElement = MakeRef<ElementTable>(context_->pool());

@@ -57,6 +57,12 @@ timeout 60 wine "$registered_client" </dev/null
 
 run_script tree.vbs
 run_script compare.vbs
+echo "== tree.vbs in the system's own host"
+{ iconv -f UTF-8 -t CP1252 "$scripts/tree.vbs" && printf '\r\nWScript.Quit 7\r\n'; } >"$work/tree.vbs"
+code=0
+timeout 60 wine "$system\\cscript.exe" //nologo "$(native "$work/tree.vbs")" </dev/null || code=$?
+[ "$code" -eq 7 ]
+
 cp -r "$sources/samples" "$work/samples"
 run_script manager.vbs "$(native "$work/samples")"
 
