@@ -26,10 +26,10 @@ Ref<Level> EngineContext::CreateLevel(int number) {
 
 Ref<Level> EngineContext::ChildOf(ElementTable& array, std::int32_t row) {
   const Element& element = array.Row(row);
-  if (!element.child && element.HasChild()) {
-    array.SetChild(row, CreateLevel(element.pending_child));
-  }
-  return array.Row(row).child;
+  if (element.child || !element.HasChild()) return element.child;
+  Ref<Level> child = CreateLevel(element.pending_child);
+  array.SetChild(row, child);
+  return child;
 }
 
 }  // namespace tessary

@@ -16,6 +16,24 @@ namespace {
 
 bool IsBlankOrTab(char c) { return c == ' ' || c == '\t'; }
 
+AddArguments ArgumentsOf(const DiffLine& line, BXLineType type) {
+  AddArguments arguments;
+  arguments.strName = line.text;
+  arguments.bxsStatus = line.status;
+  arguments.bxltLineType = type;
+  if (line.status == bxsUnknown) return arguments;
+  arguments.strKey = line.fields[0];
+  arguments.strTyp = line.fields[1];
+  arguments.strPosPrevName = line.fields[2];
+  arguments.strPosPrevKey = line.fields[3];
+  arguments.strPosPrevTyp = line.fields[4];
+  arguments.strPosNextName = line.fields[5];
+  arguments.strPosNextKey = line.fields[6];
+  arguments.strPosNextTyp = line.fields[7];
+  arguments.strPosNr = line.fields[8];
+  return arguments;
+}
+
 }  // namespace
 
 BXReportFile::BXReportFile(Ref<EngineContext> context) : context_(std::move(context)) {
@@ -99,21 +117,7 @@ Level& BXReportFile::LevelForLine() {
 
 void BXReportFile::AddElement(BXLineType type) {
   Level& level = LevelForLine();
-  const DiffFields& fields = diff_line_.fields;
-  level.Add({diff_line_.text,
-             diff_line_.status,
-             fields[0],
-             fields[1],
-             fields[2],
-             fields[3],
-             fields[4],
-             fields[5],
-             fields[6],
-             fields[7],
-             fields[8],
-             {},
-             nullptr,
-             type});
+  level.Add(ArgumentsOf(diff_line_, type));
   FoundField found;
   if (level.GetFoundFieldValue(found)) {
     AddFieldValue(found.owner, found.owner_level, static_cast<BXElementArray>(found.field),
