@@ -211,17 +211,20 @@ bool ElementTable::Contains(const ElementKey& identity, std::int32_t& near) cons
 // pass that remembers the best element so far finds the same one; none can be better than one that
 // agrees in all.
 std::int32_t ElementTable::Scan(const ElementKey& wanted) const {
+  const Symbol key = pool_->Fold(wanted[bxeaKey]);  // tells most elements apart
+  std::int32_t row = 0;
   std::int32_t best = 0;
   std::size_t best_columns = 0;
-  for (std::int32_t row = 1; row <= rows(); ++row) {
-    const ElementKey& key = Row(row).key;
-    if (!SameIdentity(*pool_, key, wanted)) continue;
-    const std::size_t columns = AgreeingColumns(*pool_, key, wanted);
-    if (best != 0 && columns <= best_columns) continue;
+  ForEachFrom(*this, 1, [&](const Element& element) {
+    ++row;
+    if (pool_->Fold(element.key[bxeaKey]) != key) return true;
+    if (!SameIdentity(*pool_, element.key, wanted)) return true;
+    const std::size_t columns = AgreeingColumns(*pool_, element.key, wanted);
+    if (best != 0 && columns <= best_columns) return true;
     best = row;
     best_columns = columns;
-    if (columns == kPositionColumns.size()) break;
-  }
+    return columns < kPositionColumns.size();
+  });
   return best;
 }
 

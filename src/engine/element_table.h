@@ -52,6 +52,7 @@ class ElementTable : public RefCounted {
   void FillNext(std::int32_t row, const ElementKey& next);
   // The value is kept in the pool.
   void SetValue(std::int32_t row, std::string_view value);
+  void SetValue(std::int32_t row, Symbol value) { slots_[Slot(row)].set_value(pool_->Text(value)); }
   void SetStatus(std::int32_t row, BXStatus status);
   // Null: the row has no child level from now on.
   void SetChild(std::int32_t row, Ref<Level> child);
@@ -64,6 +65,18 @@ class ElementTable : public RefCounted {
   // The first row with this name without regard to case; 0 when there is none.
   std::int32_t FindName(Symbol name) const;
 
+  // Hands the rows from `row` on to change(element), in order. It may change keys and positions,
+  // not names, and must leave the array alone.
+  template <class Change>
+  void ChangeFrom(std::int32_t row, const Change& change) {
+    Slot(row);
+    DropIndex();
+    ForEachFrom(*this, row, [&](Element& element) {
+      change(element);
+      return true;
+    });
+  }
+
   // Changes whenever rows stand or are named differently than before; appending does not count.
   std::uint32_t rearrangements() const { return rearrangements_; }
 
@@ -72,6 +85,18 @@ class ElementTable : public RefCounted {
   void Settle();
 
  private:
+  // Calls visit(element) for the rows from `row` on until it returns false.
+  template <class Table, class Visit>
+  static void ForEachFrom(Table& table, std::int32_t row, const Visit& visit) {
+    auto& slots = table.slots_;
+    const auto first = static_cast<std::uint32_t>(row - 1);
+    if (table.order_) {
+      table.order_->ForEachFrom(first, [&](std::uint32_t slot) { return visit(slots[slot]); });
+      return;
+    }
+    for (std::size_t slot = first; slot < slots.size() && visit(slots[slot]);) ++slot;
+  }
+
   std::size_t Slot(std::int32_t row) const;
   std::int32_t RowOfSlot(std::uint32_t slot) const;
   RowOrder& Edit();
