@@ -150,7 +150,7 @@ class Report {
     out_.Property(1, "Referenzbeleg", "Rechnung");
     const std::size_t depth = OpenUnits(out_, info_.shape);
     if (info_.insertions_first && edition_ == Edition::kNew) {
-      for (std::size_t n = 0; n < changes_; ++n) Put(units_ + n, false);
+      for (std::size_t n = 0; n < changes_; ++n) Put(NumberOfInserted(n), false);
     }
     for (std::size_t unit = 0; unit < units_; ++unit) PutWithChange(unit);
     for (std::size_t level = depth; level > 0; --level) out_.Close(level + 1);
@@ -166,11 +166,21 @@ class Report {
     return !here ? 0 : info_.shape == Shape::kTable ? 1 : 1 + number % 3;
   }
 
+  // The customer's lines have the numbers of those that the new release adds, so that each addition
+  // renumbers all of them.
+  std::size_t NumberOf(std::size_t unit) const {
+    const bool behind = info_.shape == Shape::kNumbered && edition_ != Edition::kCustomer;
+    return behind ? changes_ + unit : unit;
+  }
+  std::size_t NumberOfInserted(std::size_t n) const {
+    return info_.shape == Shape::kNumbered ? n : units_ + n;
+  }
+
   void PutWithChange(std::size_t unit) {
     const bool compared = edition_ == Edition::kNew && !info_.insertions_first;
     const std::size_t change = compared ? ChangeAt(unit) : 0;
     const bool by_customer = edition_ == Edition::kCustomer && unit % 101 == 50;
-    if (change != 2) Put(unit, change == 1 || by_customer);
+    if (change != 2) Put(NumberOf(unit), change == 1 || by_customer);
     if (change == 3) Put(units_ + unit, false);
   }
 

@@ -215,13 +215,14 @@ std::int64_t AllLines(const Ref<EngineContext>& context, const Ref<ElementTable>
 }
 
 void Write(benchmark::State& state) {
-  Measure(state,
-          [](const Sample& sample, const Ref<EngineContext>& context) {
-            return sample.Read(context, "/old.lst");
-          },
-          [](const Sample&, const Ref<EngineContext>& context, const Ref<ElementTable>& tree) {
-            return AllLines(context, tree);
-          });
+  Measure(
+      state,
+      [](const Sample& sample, const Ref<EngineContext>& context) {
+        return sample.Read(context, "/old.lst");
+      },
+      [](const Sample&, const Ref<EngineContext>& context, const Ref<ElementTable>& tree) {
+        return AllLines(context, tree);
+      });
 }
 
 void DifferenceText(benchmark::State& state) {
@@ -241,38 +242,33 @@ void DifferenceText(benchmark::State& state) {
 }
 
 void Apply(benchmark::State& state) {
-  Measure(state,
-          [](const Sample& sample, const Ref<EngineContext>& context) {
-            return Pair{sample.Read(context, "/customer.lst"),
-                        sample.Read(context, "/differences")};
-          },
-          [](const Sample&, const Ref<EngineContext>& context, const Pair& input) {
-            const Ref<Level> converted = context->CreateLevel(0);
-            converted->Convert(input.first, input.second);
-            return converted;
-          });
+  Measure(
+      state,
+      [](const Sample& sample, const Ref<EngineContext>& context) {
+        return Pair{sample.Read(context, "/customer.lst"), sample.Read(context, "/differences")};
+      },
+      [](const Sample&, const Ref<EngineContext>& context, const Pair& input) {
+        const Ref<Level> converted = context->CreateLevel(0);
+        converted->Convert(input.first, input.second);
+        return converted;
+      });
 }
 
 void Register() {
   const std::pair<const char*, void (*)(benchmark::State&)> stages[] = {
-      {"CountLines", CountLines},
-      {"Read", Read},
-      {"Classify", Classify},
-      {"BuildTree", BuildTree},
-      {"Search", Search},
-      {"Compare", Compare},
-      {"Write", Write},
-      {"DifferenceText", DifferenceText},
-      {"Apply", Apply},
-      {"ReadAndParse", ReadAndParse},
-      {"ParseBoth", ParseBoth},
-      {"ParseCompareWrite", ParseCompareWrite},
+      {"CountLines", CountLines}, {"Read", Read},
+      {"Classify", Classify},     {"BuildTree", BuildTree},
+      {"Search", Search},         {"Compare", Compare},
+      {"Write", Write},           {"DifferenceText", DifferenceText},
+      {"Apply", Apply},           {"ReadAndParse", ReadAndParse},
+      {"ParseBoth", ParseBoth},   {"ParseCompareWrite", ParseCompareWrite},
   };
   for (const char* shape : {"sections", "siblings", "table"}) {
     for (const std::int64_t lines : {500, 5000, 50000}) {
       for (const auto& [name, function] : stages) {
         benchmark::RegisterBenchmark((std::string(name) + "/" + shape).c_str(), function)
             ->Args({static_cast<std::int64_t>(ShapeNamed(shape)), lines})
+            ->Iterations(std::max<std::int64_t>(1, 25000 / lines))
             ->UseManualTime()
             ->Unit(benchmark::kMicrosecond);
       }

@@ -1,0 +1,241 @@
+"""Runs this program and its peers in turn and prints one table of what that took.
+
+    compare.py [--quick] BUILD_FOLDER DOCUMENT
+
+Each run of ours is followed by one of the peer on the same reports; the ratio is the median of the
+ratios of such pairs, so that a machine whose speed drifts does not matter much. Writing safely is
+part of our work, so the peers' outputs are flushed as often as ours; our flushes are counted with
+strace. The table is put into the document between its two markers, except with --quick.
+"""
+
+import json
+import os
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+BEGIN, END = "<!-- measured: begin -->", "<!-- measured: end -->"
+
+
+class Case:
+    """One row: what we run, what the peer runs, and what of the peer's is flushed."""
+
+    def __init__(self, work, peer, at_most, goal, ours, theirs, outputs, prepare, repeat=True):
+        self.work, self.peer, self.at_most, self.goal = work, peer, at_most, goal
+        self.ours, self.theirs, self.outputs = ours, theirs, outputs
+        self.prepare, self.repeat = prepare, repeat
+
+
+def run(commands):
+    """Wall time in seconds and the largest peak memory in MB of commands, one after the other."""
+    peak = 0
+    begin = time.perf_counter()
+    for arguments, output in commands:
+        with open(output or os.devnull, "wb") as out:
+            process = subprocess.Popen(arguments, stdout=out, stderr=subprocess.DEVNULL)
+            _, status, usage = os.wait4(process.pid, 0)
+            process.returncode = os.waitstatus_to_exitcode(status)
+        peak = max(peak, usage.ru_maxrss / 1024)
+        if process.returncode not in (0, 1):
+            raise SystemExit(f"{arguments} ended with {process.returncode}")
+    return time.perf_counter() - begin, peak
+
+
+def flush(paths, count):
+    begin = time.perf_counter()
+    for number in range(count):
+        descriptor = os.open(paths[number % len(paths)], os.O_RDONLY)
+        os.fsync(descriptor)
+        os.close(descriptor)
+    return time.perf_counter() - begin
+
+
+def flushes_of(commands):
+    count = 0
+    for arguments, _ in commands:
+        with tempfile.NamedTemporaryFile("r") as log:
+            subprocess.run(["strace", "-f", "-e", "trace=fsync,fdatasync,syncfs", "-o", log.name]
+                           + arguments, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            count += sum("sync" in line for line in log)
+    return count
+
+
+def measure(case, runs):
+    case.prepare()
+    flushes = flushes_of(case.ours)
+    ours, theirs, our_peak, their_peak = [], [], 0, 0
+    for _ in range(runs + 1):
+        case.prepare()
+        seconds, peak = run(case.ours)
+        ours.append(seconds)
+        our_peak = max(our_peak, peak)
+        case.prepare()
+        seconds, peak = run(case.theirs)
+        theirs.append(seconds + flush(case.outputs, flushes))
+        their_peak = max(their_peak, peak)
+    ours, theirs = ours[1:], theirs[1:]  # the first pair warms up
+    ratio = statistics.median(a / b for a, b in zip(ours, theirs))
+    return {"ours": statistics.median(ours) * 1e3, "theirs": statistics.median(theirs) * 1e3,
+            "ratio": ratio, "our_peak": our_peak, "their_peak": their_peak, "flushes": flushes}
+
+
+class Folder:
+    """Generated reports in a folder of their own, and the state before each run."""
+
+    def __init__(self, make_reports, root, name, lines, changes, count=None):
+        self.path = os.path.join(root, name)
+        for part in ("old", "new", "customer", "diff", "work", "workBak"):
+            os.makedirs(self.at(part))
+        extra = [] if count is None else [str(count)]
+        subprocess.run([make_reports, "sections", str(lines), str(changes), self.path] + extra,
+                       check=True)
+
+    def at(self, *parts):
+        return os.path.join(self.path, *parts)
+
+    def empty(self, *parts):
+        for part in parts:
+            for name in os.listdir(self.at(part)):
+                os.remove(self.at(part, name))
+
+    def reset_single(self):
+        self.empty("work", "workBak")
+        shutil.copy(self.at("customer.lst"), self.at("work"))
+
+    def reset_folder(self):
+        self.empty("work", "workBak", "diff")
+        for name in os.listdir(self.at("customer")):
+            shutil.copy(self.at("customer", name), self.at("work"))
+
+
+def cases_for(tessary, root, make_reports, quick):
+    small = Folder(make_reports, root, "small", 5000, 80)
+    old, new, customer = small.at("old.lst"), small.at("new.lst"), small.at("work", "customer.lst")
+    diff_file = small.at("diff", "3_4Rechnung")
+    patch_file = small.at("changes.diff")
+    diff = ([tessary, "diff", old, new, small.at("diff")], None)
+    convert = ([tessary, "convert", customer, diff_file], None)
+    run([diff, (["diff", "-u", old, new], patch_file)])
+    yield Case("`--version`", "`/bin/true`", 1.5, 1.2, [([tessary, "--version"], None)],
+               [(["/bin/true"], None)], [], lambda: None)
+    yield Case("`diff` of a 100 KB pair", "`diff -u`", 1.0, 0.7, [diff],
+               [(["diff", "-u", old, new], small.at("out.diff"))], [small.at("out.diff")],
+               lambda: None)
+    yield Case("`convert` of a 100 KB report", "`patch -b`", 1.0, 0.8, [convert],
+               [(["patch", "-b", "--binary", "-s", customer, patch_file], None)],
+               [customer + ".orig", small.at("work"), customer, small.at("workBak")],
+               small.reset_single)
+    yield Case("`diff` and `convert`, 100 KB", "`git merge-file`", 1.0, 0.7, [diff, convert],
+               [(["git", "merge-file", "-q", customer, old, new], None)],
+               [customer, small.at("work")], small.reset_single)
+    if quick:
+        return
+    large = Folder(make_reports, root, "large", 560000, 8000)
+    old, new, customer = large.at("old.lst"), large.at("new.lst"), large.at("work", "customer.lst")
+    yield Case("`diff` and `convert`, 10 MB", "`git merge-file`", 0.8, 0.5,
+               [([tessary, "diff", old, new, large.at("diff")], None),
+                ([tessary, "convert", customer, large.at("diff", "3_4Rechnung")], None)],
+               [(["git", "merge-file", "-q", customer, old, new], None)],
+               [customer, large.at("work")], large.reset_single)
+    many = Folder(make_reports, root, "many", 5000, 80, 200)
+    loop = ('cd "$0"; for f in work/*.lst; do n=${f#work/}; '
+            'git merge-file -q "$f" "old/$n" "new/$n"; done')
+    yield Case("`diff-folder` and `convert-folder`, 200 pairs", "a loop of `git merge-file`",
+               0.6, 0.4,
+               [([tessary, "diff-folder", many.at("old"), many.at("new"), many.at("diff")], None),
+                ([tessary, "convert-folder", many.at("diff"), many.at("work")], None)],
+               [(["sh", "-c", loop, many.path], None)],
+               [many.at("work", f"{n}.lst") for n in range(1, 201)] + [many.at("work")],
+               many.reset_folder)
+
+
+def table_of_cases(rows):
+    lines = ["| work | peer | ours | peer's | ratio | at most | goal | peak memory | flushes |",
+             "|---|---|---|---|---|---|---|---|---|"]
+    for case, result in rows:
+        lines.append(
+            f"| {case.work} | {case.peer} | {result['ours']:.1f} ms | {result['theirs']:.1f} ms "
+            f"| **{result['ratio']:.2f}** | {case.at_most} | {case.goal} "
+            f"| {result['our_peak']:.0f} / {result['their_peak']:.0f} MB | {result['flushes']} |")
+    return lines
+
+
+def stage_times(program, runs, quick):
+    """Median time in nanoseconds of each stage, by (stage, shape, lines), per line and whole."""
+    only = ["--benchmark_filter=.*/5000/"] if quick else []
+    with tempfile.NamedTemporaryFile("r") as out:
+        subprocess.run([program, f"--benchmark_repetitions={runs}",
+                        "--benchmark_report_aggregates_only=true", f"--benchmark_out={out.name}",
+                        "--benchmark_out_format=json"] + only,
+                       check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        results = json.load(out)["benchmarks"]
+    times = {}
+    for result in results:
+        if result["aggregate_name"] != "median":
+            continue
+        stage, shape, _, lines = result["run_name"].split("/")[:4]
+        times[stage, shape, int(lines)] = result["real_time"] * 1e3  # it gives microseconds
+    return times
+
+
+def table_of_stages(times):
+    sizes = sorted({lines for _, _, lines in times})
+    shapes = list(dict.fromkeys(shape for _, shape, _ in times))
+    lines = ["| stage | " + " | ".join(f"{shape}, {size}" for shape in shapes for size in sizes)
+             + " |", "|---|" + "---|" * len(shapes) * len(sizes)]
+    for stage in dict.fromkeys(stage for stage, _, _ in times):
+        cells = [f"{times[stage, shape, size] / size:.0f}" for shape in shapes for size in sizes]
+        lines.append(f"| {stage} | " + " | ".join(cells) + " |")
+    return lines
+
+
+def table_in_process(times):
+    parse, count = times["ReadAndParse", "sections", 5000], times["CountLines", "sections", 5000]
+    both, whole = times["ParseBoth", "sections", 5000], times["ParseCompareWrite", "sections", 5000]
+    return ["| work, in one process | compared with | ratio | at most | goal |", "|---|---|---|---|---|",
+            f"| read and parse a report | read it and count its lines | **{parse / count:.1f}** "
+            "| 16 | 10 |",
+            f"| parse both, compare, write the difference | parse both | **{whole / both:.2f}** "
+            "| 2.5 | 2.0 |"]
+
+
+def machine():
+    with open("/proc/cpuinfo") as info:
+        model = next(line.split(":", 1)[1].strip() for line in info if "model name" in line)
+    return f"{model}, {os.cpu_count()} processors, load {os.getloadavg()[0]:.1f}"
+
+
+def put_into(document, lines):
+    with open(document) as file:
+        text = file.read()
+    before, rest = text.split(BEGIN)
+    after = rest.split(END)[1]
+    with open(document, "w") as file:
+        file.write(before + BEGIN + "\n" + "\n".join(lines) + "\n" + END + after)
+
+
+def main():
+    arguments = [argument for argument in sys.argv[1:] if argument != "--quick"]
+    quick = len(arguments) < len(sys.argv) - 1
+    build, document = arguments
+    runs = 5 if quick else 21
+    build = os.path.abspath(build)
+    lines = [f"Machine: {machine()}; medians of {runs} runs.", ""]
+    with tempfile.TemporaryDirectory() as root:
+        rows = [(case, measure(case, runs))
+                for case in cases_for(build + "/tessary", root, build + "/bench/make_reports",
+                                      quick)]
+        lines += table_of_cases(rows)
+    times = stage_times(build + "/bench/bench_stages", runs, quick)
+    lines += [""] + table_in_process(times)
+    lines += ["", "Nanoseconds per line of the old report:", ""] + table_of_stages(times)
+    print("\n".join(lines))
+    if not quick:
+        put_into(document, lines)
+
+
+if __name__ == "__main__":
+    main()
