@@ -70,7 +70,7 @@ install_32_bit_dlls() {
 
 start_display() {
   rm -f "$work/display"
-  Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
+  Xvfb -displayfd 3 -screen 0 1920x1440x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
   xvfb=$!
   local i
   for i in $(seq 100); do
@@ -92,13 +92,17 @@ REGEDIT4
 "Desktop"="Default"
 
 [HKEY_CURRENT_USER\Software\Wine\Explorer\Desktops]
-"Default"="1024x768"
+"Default"="1920x1440"
 
 [HKEY_CURRENT_USER\Software\Wine\Fonts\Replacements]
 "Tahoma"="Liberation Sans"
 "MS Shell Dlg"="Liberation Sans"
+"MS Sans Serif"="Liberation Sans"
+"Microsoft Sans Serif"="Liberation Sans"
 END
   run_wine 60 regedit /S "$work/settings.reg"
+  # The signs on caption buttons are letters of this font.
+  cp /usr/share/wine/fonts/marlett.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
 }
 
 # One server is kept for the whole run: starting one costs more than most tests.

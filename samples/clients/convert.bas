@@ -3,7 +3,11 @@ Attribute VB_Name = "ConvertReports"
 ' Sub Main; Verweis auf "Tessary 1.0". Aufruf: Convert.exe "DIFFERENZORDNER|BERICHTSORDNER"
 Option Explicit
 
+#If VBA7 Then
+Private Declare PtrSafe Sub ExitProcess Lib "kernel32" (ByVal uExitCode As Long)
+#Else
 Private Declare Sub ExitProcess Lib "kernel32" (ByVal uExitCode As Long)
+#End If
 
 Public Sub Main()
     Dim folders() As String

@@ -149,6 +149,10 @@ class ParsedCommand {
         }
         line.answer_on_backup_failure = value == "continue" ? Answer::kYes : Answer::kNo;
         break;
+      case OptionId::kHtml:
+        if (value.empty()) return MissingValue(spec_, option);
+        line.html = value;
+        break;
       case OptionId::kJson:
         line.json = true;
         break;

@@ -17,14 +17,18 @@ constexpr OptionSpec kOnBackupFailure = {
     OptionId::kOnBackupFailure, "--on-backup-failure", "ANTWORT", false,
     "Antwort, wenn eine Sicherung misslingt und niemand am\nTerminal gefragt werden kann: abort "
     "(nicht konvertieren,\nVorgabe) oder continue (ohne Sicherung konvertieren)"};
+constexpr OptionSpec kHtml = {OptionId::kHtml, "--html", "FILE", false,
+                              "Protokoll auch als HTML-Seite in diese Datei schreiben;\n"
+                              "überschrieben wird nur eine frühere solche Seite"};
 constexpr OptionSpec kJson = {OptionId::kJson, "--json", "", false,
                               "Ergebnis als ein JSON-Objekt ausgeben"};
 constexpr OptionSpec kQuiet = {OptionId::kQuiet, "--quiet", "", false,
                                "nur Fehler und Warnungen ausgeben, keinen Fortschritt"};
 
-constexpr std::array kDiffOptions = {kJson, kQuiet};
-constexpr std::array kConvertOptions = {kBackup, kOnBackupFailure, kJson, kQuiet};
-constexpr std::array kConvertFolderOptions = {kBackup, kOmit, kOnBackupFailure, kJson, kQuiet};
+constexpr std::array kDiffOptions = {kHtml, kJson, kQuiet};
+constexpr std::array kConvertOptions = {kBackup, kOnBackupFailure, kHtml, kJson, kQuiet};
+constexpr std::array kConvertFolderOptions = {kBackup, kOmit, kOnBackupFailure,
+                                              kHtml,   kJson, kQuiet};
 constexpr std::array kFileOptions = {kQuiet};
 
 constexpr std::array<OperandSpec, 3> kDiffOperands = {{
@@ -78,7 +82,8 @@ constexpr std::array<CommandSpec, 8> kCommands = {{
      "an, ausgehend von seiner Version.",
      "tessary convert-folder differenz Berichte\n"
      "tessary convert-folder differenz Berichte --omit Angebot.lst --omit Mahnung.lst\n"
-     "tessary convert-folder differenz Berichte --backup Sicherung --on-backup-failure=continue"},
+     "tessary convert-folder differenz Berichte --backup Sicherung --on-backup-failure=continue\n"
+     "tessary convert-folder differenz Berichte --html protokoll.html"},
     {CommandId::kInfo, "info", "Version und Referenz von Berichten anzeigen", kInfoOperands, true,
      false, kFileOptions, "Endet mit 1, wenn eine der Dateien kein Bericht ist.",
      "tessary info Berichte/*.lst"},

@@ -4,7 +4,7 @@
 #include "cli/commands.h"
 #include "cli/tessary.h"
 #include "manager/user_section.h"
-#include "ui/console/printable.h"
+#include "ui/printable.h"
 
 namespace tessary {
 

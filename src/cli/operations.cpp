@@ -1,25 +1,33 @@
 // The four operations: the manager does the work, and what it left in the result log is printed
-// as text or JSON.
+// as text or JSON, and written as a page where one is wanted.
+
+#include <optional>
+#include <set>
 
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/json_output.h"
 #include "cli/omit_list.h"
+#include "cli/page_file.h"
+#include "cli/repair_steps.h"
 #include "cli/run_notices.h"
+#include "cli/run_page.h"
+#include "cli/run_paths.h"
 #include "cli/run_summary.h"
 #include "cli/tessary.h"
 #include "manager/convert_ll_mgr.h"
 #include "platform/path.h"
-#include "platform/text.h"
 #include "ui/console/console_user_interface.h"
-#include "ui/console/printable.h"
 #include "ui/console/protocol_text.h"
+#include "ui/console/repair_text.h"
+#include "ui/html/protocol_page.h"
+#include "ui/printable.h"
 
 namespace tessary {
 namespace {
 
 std::string FolderWithReports(const CommandLine& line) {
-  return line.command == CommandId::kConvertFolder ? AbsolutePath(line.operands[1]) : std::string();
+  return line.command == CommandId::kConvertFolder ? OperandPath(line, 1) : std::string();
 }
 
 // One run of an operation with all that it leaves behind.
@@ -40,51 +48,76 @@ class OperationRun {
     }
     const bool result = CallManager();
     around_.messages.Clear();
+    const bool page_is_written = line_.html.empty() || WriteThePage(result);
     if (line_.json) {
       around_.output.Text(ResultAsJson(result, log_, notices_.warnings()));
     } else {
-      PrintResult();
+      PrintResult(page_is_written);
     }
-    return result && !notices_.any_skipped() ? kExitDone : kExitFailed;
+    return result && page_is_written && !notices_.any_skipped() ? kExitDone : kExitFailed;
   }
 
  private:
-  // A blank backup folder means the default one, so it must not become the current folder.
-  std::string Backup() const { return AbsolutePath(std::string(TrimBlanks(line_.backup))); }
-
   bool CallManager() {
-    const auto path = [&](std::size_t operand) { return AbsolutePath(line_.operands[operand]); };
+    const auto path = [&](std::size_t operand) { return OperandPath(line_, operand); };
     switch (line_.command) {
       case CommandId::kDiff:
         return manager_.CreateDiffFile(path(0), path(1), path(2));
       case CommandId::kDiffFolder:
         return manager_.CreateDiffFiles(path(0), path(1), path(2));
       case CommandId::kConvert:
-        return manager_.ConvertReport(path(0), path(1), Backup());
+        return manager_.ConvertReport(path(0), path(1), WantedBackupFolder(line_));
       default:
-        return manager_.ConvertReports(path(0), path(1), Backup(), [this](const std::string& name) {
-          return omit_.Omit(name);
-        });
+        return manager_.ConvertReports(
+            path(0), path(1), WantedBackupFolder(line_),
+            [this](const std::string& name) { return omit_.Omit(name); });
     }
   }
 
-  void PrintResult() {
-    const ProtocolTree tree(log_.dictErrors, log_.dictCorrect);
+  ProtocolTree Tree() const { return {log_.dictErrors, log_.dictCorrect}; }
+
+  std::optional<RepairGuide> Repair() const {
+    if (log_.dictErrors.Count() == 0) return std::nullopt;
+    return RepairStepsFor(line_, around_.files);
+  }
+
+  bool WriteThePage(bool result) {
+    const RunOutcome outcome{result, notices_.any_skipped(), Summary(), WhatIsKnown(),
+                             notices_.warnings()};
+    const std::string problem = WritePage(around_.files, AbsolutePath(line_.html),
+                                          HtmlPage(PageFor(line_, outcome, Tree(), Repair())));
+    if (!problem.empty()) around_.messages.Print("tessary: " + problem);
+    return problem.empty();
+  }
+
+  void PrintResult(bool page_is_written) {
     const ProtocolPart part = line_.quiet ? ProtocolPart::kFailures : ProtocolPart::kAll;
-    PrintProtocol(tree, part, StyleFor(around_.console, ConsoleStream::kOutput), around_.output);
-    if (!line_.quiet) PrintSummary();
+    PrintProtocol(Tree(), part, StyleFor(around_.console, ConsoleStream::kOutput), around_.output);
+    if (line_.quiet) return;
+    const RunSummary summary = Summary();
+    if (const auto* converted = std::get_if<ConvertSummary>(&summary)) {
+      PrintUnchanged(converted->unchanged);
+    }
+    PrintRepair();
+    if (!line_.html.empty() && page_is_written) {
+      around_.output.Line("Protokollseite: " + Printable(line_.html));
+    }
+    around_.output.Line(std::visit([](const auto& s) { return SummaryText(s); }, summary));
   }
 
-  void PrintSummary() {
-    const bool converts =
-        line_.command == CommandId::kConvert || line_.command == CommandId::kConvertFolder;
-    if (!converts) {
-      around_.output.Line(SummaryText(SummariseDiff(log_, notices_.passed_over())));
-      return;
-    }
-    const ConvertSummary summary = SummariseConversion(log_, WhatIsKnown());
-    PrintUnchanged(summary.unchanged);
-    around_.output.Line(SummaryText(summary));
+  void PrintRepair() {
+    const std::optional<RepairGuide> guide = Repair();
+    if (!guide) return;
+    const bool terminal = around_.console.IsTerminal(ConsoleStream::kOutput);
+    around_.output.Line("");
+    PrintRepairGuide(*guide, terminal ? around_.console.Width(ConsoleStream::kOutput) : 0,
+                     around_.output);
+    around_.output.Line("");
+  }
+
+  RunSummary Summary() const {
+    if (Converts(line_)) return SummariseConversion(log_, WhatIsKnown());
+    return SummariseDiff(log_, notices_.passed_over());
   }
 
   ConvertRun WhatIsKnown() const {
@@ -120,6 +153,14 @@ class OperationRun {
 }  // namespace
 
 int RunOperation(const CommandLine& line, const CommandSurroundings& around) {
+  // Without a place for the page nothing shall have happened.
+  if (!line.html.empty()) {
+    const std::string problem = WhyNoPage(around.files, AbsolutePath(line.html));
+    if (!problem.empty()) {
+      around.messages.Print("tessary: " + problem);
+      return kExitWrongUsage;
+    }
+  }
   return OperationRun(line, around).Run();
 }
 

@@ -2,7 +2,7 @@
 #include "cli/commands.h"
 #include "cli/report_access.h"
 #include "manager/report_io.h"
-#include "ui/console/printable.h"
+#include "ui/printable.h"
 
 namespace tessary {
 

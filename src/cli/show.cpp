@@ -2,7 +2,7 @@
 #include "cli/commands.h"
 #include "cli/element_text.h"
 #include "cli/report_access.h"
-#include "ui/console/printable.h"
+#include "ui/printable.h"
 
 namespace tessary {
 namespace {

@@ -3,6 +3,8 @@
 #include "com/error_collection_face.h"
 #include "com/omit_collection.h"
 #include "com/text.h"
+#include "platform/path.h"
+#include "platform/windows/wide_text.h"
 
 namespace tessary::com {
 namespace {
@@ -25,7 +27,9 @@ class Operating {
 }  // namespace
 
 ConvertLLMgrFace::ConvertLLMgrFace()
-    : Dual(kFacts), manager_(thread().log(), {SystemFiles(), user_, &loop_}) {}
+    : Dual(kFacts),
+      user_(ModuleHandle(), ParentFolderOf(Utf8FromWide(ModulePath())), loop_),
+      manager_(thread().log(), {SystemFiles(), user_, &loop_}) {}
 
 // True when `body` was run and is true; a call from within an operation is turned away.
 template <class Body>
@@ -95,8 +99,7 @@ STDMETHODIMP ConvertLLMgrFace::ConvertReport(BSTR strRepFilePath, BSTR strDiffFi
 
 STDMETHODIMP ConvertLLMgrFace::ConvertReports(BSTR strDiffFolderPath, BSTR strRepFolderPath,
                                               BSTR strRepBackupFolderPath,
-                                              VARIANT colRepFilesToOmit,
-                                              VARIANT_BOOL* pblnResult) {
+                                              VARIANT colRepFilesToOmit, VARIANT_BOOL* pblnResult) {
   return RunOperation(pblnResult, [&] {
     const OmitCollection omit(colRepFilesToOmit);
     OmitReport omit_report;

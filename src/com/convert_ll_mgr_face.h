@@ -1,9 +1,9 @@
 #pragma once
 
-#include "com/com_user_interface.h"
 #include "com/dual.h"
 #include "manager/convert_ll_mgr.h"
 #include "platform/windows/message_loop.h"
+#include "ui/win32/windows_user_interface.h"
 
 namespace tessary::com {
 
@@ -17,12 +17,12 @@ class ConvertLLMgrFace final : public Dual<IBXConvertLLMgr> {
   STDMETHODIMP get_CountCorrectReports(LONG* plngCount) override;
   STDMETHODIMP get_Errors(IErrorCollection** ppobjErrors) override;
   STDMETHODIMP ShowErrorProtocol() override;
-  STDMETHODIMP CreateDiffFiles(BSTR strOldFolderPath, BSTR strNewFolderPath,
-                               BSTR strDiffFolderPath, VARIANT_BOOL* pblnResult) override;
+  STDMETHODIMP CreateDiffFiles(BSTR strOldFolderPath, BSTR strNewFolderPath, BSTR strDiffFolderPath,
+                               VARIANT_BOOL* pblnResult) override;
   STDMETHODIMP CreateDiffFile(BSTR strOldFilePath, BSTR strNewFilePath, BSTR strDiffFolderPath,
                               VARIANT_BOOL* pblnResult) override;
-  STDMETHODIMP ConvertReport(BSTR strRepFilePath, BSTR strDiffFilePath,
-                             BSTR strRepBackupFolderPath, VARIANT_BOOL* pblnResult) override;
+  STDMETHODIMP ConvertReport(BSTR strRepFilePath, BSTR strDiffFilePath, BSTR strRepBackupFolderPath,
+                             VARIANT_BOOL* pblnResult) override;
   STDMETHODIMP ConvertReports(BSTR strDiffFolderPath, BSTR strRepFolderPath,
                               BSTR strRepBackupFolderPath, VARIANT colRepFilesToOmit,
                               VARIANT_BOOL* pblnResult) override;
@@ -33,8 +33,8 @@ class ConvertLLMgrFace final : public Dual<IBXConvertLLMgr> {
   template <class Body>
   HRESULT RunOperation(VARIANT_BOOL* pblnResult, Body&& body);
 
-  ComUserInterface user_;
   ThreadMessageLoop loop_;
+  win32::WindowsUserInterface user_;
   BXConvertLLMgr manager_;
 };
 

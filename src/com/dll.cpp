@@ -66,9 +66,11 @@ STDAPI DllRegisterServer() { return RegisterIn(RegistrationScope::kMachine); }
 
 STDAPI DllUnregisterServer() { return UnregisterIn(RegistrationScope::kMachine); }
 
-// "user" as command line registers for the current user, any other for the machine.
+// "user" as command line registers for the current user, "machine" or none for the machine.
 STDAPI DllInstall(BOOL install, LPCWSTR command_line) {
-  const bool user = command_line && _wcsicmp(command_line, L"user") == 0;
+  const wchar_t* const choice = command_line && *command_line ? command_line : L"machine";
+  const bool user = _wcsicmp(choice, L"user") == 0;
+  if (!user && _wcsicmp(choice, L"machine") != 0) return E_INVALIDARG;
   const auto scope = user ? RegistrationScope::kCurrentUser : RegistrationScope::kMachine;
   return install ? RegisterIn(scope) : UnregisterIn(scope);
 }

@@ -51,6 +51,7 @@ bool StartThreadStates() noexcept {
   slot = TlsAlloc();
   if (slot == TLS_OUT_OF_INDEXES) return false;
   all = new (std::nothrow) std::vector<Owner*>;
+  if (!all) TlsFree(slot);
   return all != nullptr;
 }
 
@@ -66,6 +67,7 @@ void EndThreadState() noexcept {
 }
 
 void EndAllThreadStates() noexcept {
+  if (!all) return;  // The system says goodbye even to a DLL that could not start.
   for (Owner* owner : *all) delete owner;
   delete all;
   all = nullptr;

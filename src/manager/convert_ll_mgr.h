@@ -93,7 +93,7 @@ class BXConvertLLMgr {
       return operation();
     } catch (...) {
       m_blnBatch = was_batch;
-      if (!was_batch) m_frmProgress.reset();
+      if (!was_batch) CloseProgress();
       return false;
     }
   }

@@ -20,6 +20,14 @@ ProtocolTree::ProtocolTree(const ResultDictionary& dictErrors,
   }
 }
 
+std::string ProtocolTree::TextWithChildren(std::size_t node, std::size_t depth) const {
+  std::string text = std::string(depth, '\t') + nodes_[node].text + "\r\n";
+  for (const std::size_t child : nodes_[node].children) {
+    text.append(TextWithChildren(child, depth + 1));
+  }
+  return text;
+}
+
 bool ProtocolTree::MayBeAdded(std::string_view trimmed) const {
   return !trimmed.empty() && !places_.contains(FoldCase(trimmed));
 }

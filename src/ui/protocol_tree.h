@@ -37,6 +37,9 @@ class ProtocolTree {
   const std::vector<ProtocolNode>& nodes() const { return nodes_; }
   // The indices of the nodes without a parent, in order.
   const std::vector<std::size_t>& top_level() const { return top_level_; }
+  // The node's text and below it those of its children, as lines that end in CR LF; every level
+  // below the node stands behind one more tab, the node itself behind `depth` of them.
+  std::string TextWithChildren(std::size_t node, std::size_t depth = 0) const;
 
  private:
   bool MayBeAdded(std::string_view trimmed) const;

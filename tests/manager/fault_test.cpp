@@ -145,6 +145,18 @@ TEST_P(FaultTest, NoSingleFailureLosesAnything) {
   }
 }
 
+// What fails outside every step, as a window can that finds no memory.
+TEST_P(FaultTest, LastResortGivesThePointerBack) {
+  World world(false);
+  world.user.AfterEvent([](const std::string& event) {
+    if (event == "stop") throw std::bad_alloc();
+  });
+  EXPECT_FALSE(GetParam().run(world));
+  EXPECT_EQ(world.user.Count("stop"), 1u);
+  EXPECT_EQ(world.user.pointer(), "restored");
+  EXPECT_EQ(world.user.open_windows(), 0);
+}
+
 INSTANTIATE_TEST_SUITE_P(Operations, FaultTest, testing::ValuesIn(kOperations),
                          [](const auto& row) { return std::string(row.param.name); });
 

@@ -1,6 +1,7 @@
 #include "model_convert.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "model_compare.h"
@@ -82,7 +83,7 @@ void InsertElement(Level& level, const Row& element) {
   if (row < 1 || row > Count(level.rows)) {
     Add(level, Inserted(element));
   } else {
-    level.rows->insert(level.rows->begin() + (row - 1), Inserted(element));
+    level.rows->insert(level.rows->begin() + static_cast<std::ptrdiff_t>(row - 1), Inserted(element));
   }
 }
 

@@ -57,7 +57,7 @@ Row& RowAt(const Array& array, int row) {
 
 void EraseRow(const Array& array, int row) {
   RowAt(array, row);
-  array->erase(array->begin() + (row - 1));
+  array->erase(array->begin() + static_cast<std::ptrdiff_t>(row - 1));
 }
 
 Array CopyArray(const Array& array) {

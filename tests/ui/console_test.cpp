@@ -8,9 +8,9 @@
 #include "support/fake_console.h"
 #include "ui/console/console_user_interface.h"
 #include "ui/console/output.h"
-#include "ui/console/printable.h"
 #include "ui/console/protocol_text.h"
 #include "ui/console/status_line.h"
+#include "ui/printable.h"
 
 namespace tessary {
 namespace {

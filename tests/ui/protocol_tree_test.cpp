@@ -81,5 +81,12 @@ TEST(ProtocolTree, KeysOfMessagesNameTheirReport) {
   EXPECT_EQ(tree.nodes()[1].parent, 0u);
 }
 
+TEST(ProtocolTree, TextOfANodeHoldsWhatHangsBelowIt) {
+  const ProtocolTree tree(Dictionary({{"B", {"x", "ü"}}, {"B\\x", {"y"}}}), {});
+  ASSERT_EQ(tree.nodes().size(), 4u);
+  EXPECT_EQ(tree.TextWithChildren(0), "B\r\n\tx\r\n\t\ty\r\n\tü\r\n");
+  EXPECT_EQ(tree.TextWithChildren(2), "ü\r\n");
+}
+
 }  // namespace
 }  // namespace tessary

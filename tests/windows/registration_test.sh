@@ -55,20 +55,36 @@ rm -rf "$work/samples"
 cp -r "$sources/samples" "$work/samples"
 mkdir "$work/samples/Differenzen"
 # In the system's own script host, which tells of errors in the script by no exit code but 0.
-client() {
-  timeout 120 wine "$system\\cscript.exe" //nologo "$(native "$sources/samples/clients/convert.vbs")" \
-    "$(native "$work/samples/Differenzen")" "$1" </dev/null | tr -d '\r' | iconv -f CP437 -t UTF-8
+cscript() {
+  timeout 120 wine "$system\\cscript.exe" //nologo "$(native "$1")" "${@:2}" </dev/null |
+    tr -d '\r' | iconv -f CP437 -t UTF-8
   return "${PIPESTATUS[0]}"
+}
+client() {
+  cscript "$sources/samples/clients/convert.vbs" "$(native "$work/samples/Differenzen")" "$1"
 }
 if client "$(native "$work/fehlt")"; then echo "a missing folder must give exit code 1"; exit 1; fi
 run_script differences.vbs "$(native "$work/samples")"
 client "$(native "$work/samples/kunde/Berichte")" | tee "$work/client.txt"
 grep -q '11 Umwandlungen gelungen' "$work/client.txt"
 
+echo "== the script of the README"
+cp "$sources"/samples/kunde/Berichte/*.lst "$work/samples/kunde/Berichte/"
+windows_work=$(native "$work/samples")
+sed -n '/^```vbs$/,/^```$/{/^```/d;p}' "$sources/README.md" |
+  sed "s|C:\\\\Produkt\\\\Differenz|${windows_work//\\/\\\\}\\\\Differenzen|; s|C:\\\\Produkt|${windows_work//\\/\\\\}\\\\kunde|" >"$work/readme.vbs"
+grep -q "ConvertReports(\"$(native "$work" | sed 's/\\/\\\\/g')" "$work/readme.vbs"
+cscript "$work/readme.vbs" | tee "$work/readme.txt"
+grep -qx '11 Berichte umgewandelt' "$work/readme.txt"
+
 echo "== unregister"
 regsvr32 /u
 is_clean
 regsvr32 /u
+is_clean
+
+echo "== an unknown scope"
+if regsvr32 /n /i:users; then echo "an unknown scope must be refused"; exit 1; fi
 is_clean
 
 echo "== current user"

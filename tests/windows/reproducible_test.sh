@@ -2,7 +2,7 @@
 # A second build in another folder gives the same bytes.
 #   reproducible_test.sh SOURCES TOOLCHAIN BUILD
 set -euo pipefail
-again="$3/again"
+again="$3-again"
 rm -rf "$again"
 export SOURCE_DATE_EPOCH="${SOURCE_DATE_EPOCH:-1704067200}"
 cmake -S "$1" -B "$again" -G Ninja -D CMAKE_BUILD_TYPE=Release -D TESSARY_TESTS=OFF \

@@ -6,6 +6,7 @@
 
 #include "platform/console.h"
 #include "platform/text.h"
+#include "ui/progress_model.h"
 
 namespace tessary {
 namespace {
@@ -15,18 +16,19 @@ class ConsoleProgress final : public ProgressWindow {
   explicit ConsoleProgress(StatusLine& status) : status_(status) {}
   ~ConsoleProgress() override { status_.Clear(); }
 
-  void Init(std::string_view strCaptionBold, std::string_view) override {
-    caption_ = strCaptionBold;
+  void Init(std::string_view strCaptionBold, std::string_view strCaptionNormal) override {
+    model_.Init(strCaptionBold, strCaptionNormal);
   }
   void Show() override {}
   void Process(std::string_view strProcess) override {
-    status_.Show(caption_ + ": " + std::string(strProcess) + " ...");
+    model_.Process(strProcess);
+    status_.Show(model_.caption_bold() + ": " + model_.process());
   }
   void StopProgress() override {}
 
  private:
   StatusLine& status_;
-  std::string caption_;
+  ProgressModel model_;
 };
 
 std::vector<std::string_view> LinesOf(std::string_view text) {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "ui/console/printable.h"
+#include "ui/printable.h"
 
 namespace tessary {
 namespace {

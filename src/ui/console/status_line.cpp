@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "ui/console/printable.h"
+#include "ui/printable.h"
 
 namespace tessary {
 

@@ -1,4 +1,4 @@
-#include "ui/console/printable.h"
+#include "ui/printable.h"
 
 #include "platform/utf8.h"
 

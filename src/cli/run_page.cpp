@@ -1,0 +1,131 @@
+#include "cli/run_page.h"
+
+#include <set>
+#include <utility>
+
+#include "cli/run_paths.h"
+
+namespace tessary {
+namespace {
+
+std::string Counted(std::size_t count, const char* one, const char* many) {
+  return count == 1 ? one : many;
+}
+
+struct Counts {
+  void Always(std::size_t count, std::string label, PageTone tone) {
+    list.push_back({count, std::move(label), count > 0 ? tone : PageTone::kNeutral});
+  }
+  void IfAny(std::size_t count, std::string label, PageTone tone) {
+    if (count > 0) Always(count, std::move(label), tone);
+  }
+  void PassedOver(std::size_t count) {
+    IfAny(count, Counted(count, "Datei übergangen", "Dateien übergangen"), PageTone::kNeutral);
+  }
+
+  std::vector<PageCount> list;
+};
+
+std::vector<PageCount> CountsOf(const DiffSummary& summary) {
+  Counts counts;
+  counts.Always(summary.created,
+                Counted(summary.created, "Differenz-Datei erstellt", "Differenz-Dateien erstellt"),
+                PageTone::kCorrect);
+  counts.Always(summary.failed, "fehlgeschlagen", PageTone::kError);
+  counts.IfAny(
+      summary.without_difference,
+      Counted(summary.without_difference, "Bericht ohne Unterschied", "Berichte ohne Unterschied"),
+      PageTone::kNeutral);
+  counts.PassedOver(summary.passed_over);
+  return counts.list;
+}
+
+std::vector<PageCount> CountsOf(const ConvertSummary& summary) {
+  Counts counts;
+  std::string converted = Counted(summary.converted, "Bericht", "Berichte");
+  if (summary.steps > summary.converted) {
+    converted.append(" in ").append(std::to_string(summary.steps)).append(" Schritten");
+  }
+  counts.Always(summary.converted, converted.append(" konvertiert"), PageTone::kCorrect);
+  counts.Always(summary.failed, "fehlgeschlagen", PageTone::kError);
+  counts.IfAny(summary.skipped, "übersprungen", PageTone::kWarning);
+  counts.IfAny(summary.unchanged.size(), "unverändert", PageTone::kNeutral);
+  counts.IfAny(summary.omitted, "ausgelassen", PageTone::kNeutral);
+  counts.PassedOver(summary.passed_over);
+  return counts.list;
+}
+
+std::size_t FailedIn(const RunSummary& summary) {
+  return std::visit([](const auto& counts) { return counts.failed; }, summary);
+}
+
+void SetOutcome(const RunOutcome& outcome, ProtocolPage& page) {
+  const std::size_t failed = FailedIn(outcome.summary);
+  page.tone = PageTone::kError;
+  if (failed > 0) {
+    page.outcome = failed == 1 ? "Ein Fehler ist aufgetreten."
+                               : std::to_string(failed) + " Fehler sind aufgetreten.";
+  } else if (outcome.answered_no) {
+    page.tone = PageTone::kWarning;
+    page.outcome = outcome.result
+                       ? "Abgeschlossen; wegen einer Antwort wurden Berichte übersprungen."
+                       : "Nicht ausgeführt, weil eine Frage mit Nein beantwortet wurde.";
+  } else if (outcome.result) {
+    page.tone = PageTone::kCorrect;
+    page.outcome = "Ohne Fehler abgeschlossen.";
+  } else {
+    page.outcome = "Der Vorgang ist fehlgeschlagen.";
+  }
+}
+
+std::vector<PageFact> FactsOf(const CommandLine& line) {
+  std::vector<PageFact> facts = {{"Befehl", CommandText(line)}};
+  const auto path = [&](const char* label, std::size_t operand) {
+    facts.push_back({label, OperandPath(line, operand)});
+  };
+  if (Converts(line)) {
+    const bool folder = line.command == CommandId::kConvertFolder;
+    path(folder ? "Berichte" : "Bericht", folder ? 1 : 0);
+    path(folder ? "Differenz-Dateien" : "Differenz-Datei", folder ? 0 : 1);
+    facts.push_back({"Sicherungen", FoldersOf(line).backups});
+  } else {
+    path("Alte Version", 0);
+    path("Neue Version", 1);
+    path("Differenz-Dateien", 2);
+  }
+  return facts;
+}
+
+void AddNames(std::string label, const std::vector<std::string>& names, ProtocolPage& page) {
+  if (!names.empty()) page.files.push_back({std::move(label), names});
+}
+
+void AddNames(std::string label, const std::set<std::string>& names, ProtocolPage& page) {
+  AddNames(std::move(label), std::vector<std::string>(names.begin(), names.end()), page);
+}
+
+}  // namespace
+
+ProtocolPage PageFor(const CommandLine& line, const RunOutcome& outcome, ProtocolTree tree,
+                     std::optional<RepairGuide> repair) {
+  ProtocolPage page{
+      .title = Converts(line) ? "Berichtskonvertierung" : "Berichtsvergleich",
+      .outcome = {},
+      .tone = PageTone::kNeutral,
+      .facts = FactsOf(line),
+      .counts = std::visit([](const auto& s) { return CountsOf(s); }, outcome.summary),
+      .tree = std::move(tree),
+      .warnings = outcome.warnings,
+      .files = {},
+      .repair = std::move(repair)};
+  SetOutcome(outcome, page);
+  AddNames("Wegen einer Antwort übersprungen", outcome.files.skipped, page);
+  if (const auto* converted = std::get_if<ConvertSummary>(&outcome.summary)) {
+    AddNames("Ohne passende Differenz-Datei unverändert", converted->unchanged, page);
+  }
+  AddNames("Auf Wunsch ausgelassen", outcome.files.omitted, page);
+  AddNames("Übergangen, weil keine Berichte", outcome.files.passed_over, page);
+  return page;
+}
+
+}  // namespace tessary

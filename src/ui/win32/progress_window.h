@@ -1,0 +1,51 @@
+#pragma once
+
+#include <optional>
+
+#include "manager/user_interface.h"
+#include "platform/windows/message_loop.h"
+#include "ui/progress_model.h"
+#include "ui/win32/dialog.h"
+#include "ui/win32/fonts.h"
+
+namespace tessary::win32 {
+
+// The progress window. It never takes the focus from the program that works, and its user cannot
+// close it. Its bar moves whenever the thread's messages are handled.
+class WindowsProgressWindow final : public ProgressWindow, private Dialog {
+ public:
+  WindowsProgressWindow(HINSTANCE module, ThreadMessageLoop& loop);
+  ~WindowsProgressWindow() override;
+
+  void Init(std::string_view strCaptionBold, std::string_view strCaptionNormal) override;
+  // Centred on the window of the program that is active on this thread.
+  void Show() override;
+  // Paints the new text at once.
+  void Process(std::string_view strProcess) override;
+  // Shows the full bar for a moment.
+  void StopProgress() override;
+
+ private:
+  INT_PTR Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void AddControls(HINSTANCE module);
+  void Arrange();
+  void SetResolution(int resolution);
+  void FollowResolution(int resolution, const RECT& place);
+  void ShowBar();
+  int FromScale(int value) const;
+
+  ThreadMessageLoop& loop_;
+  HWND owner_;
+  ProgressModel model_;
+  int resolution_ = USER_DEFAULT_SCREEN_DPI;
+  Font title_font_;
+  Font normal_font_;
+  std::optional<Pane> frame1_;
+  std::optional<Pane> frame2_;
+  HWND caption_bold_ = nullptr;
+  HWND caption_normal_ = nullptr;
+  HWND process_ = nullptr;
+  HWND bar_ = nullptr;
+};
+
+}  // namespace tessary::win32

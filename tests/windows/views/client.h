@@ -1,0 +1,80 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/temporary_folder.h"
+#include "windows/component.h"
+
+// A program with a window of its own that uses the component, in a thread of its own.
+
+namespace tessary::win32 {
+
+// What the windows were sent while the client's operations ran, in order.
+struct Heard {
+  std::vector<std::string> titles;  // of the progress window, the bold line
+  std::vector<std::string> steps;
+  std::vector<int> bar;               // positions that stayed
+  std::vector<HCURSOR> pointers;      // what the pointer was when the bar moved
+  std::vector<std::string> captions;  // of all windows
+};
+
+class Client {
+ public:
+  // What the thread does; it has an apartment, a visible, active window, and a manager.
+  using Work = std::function<void(Client&)>;
+
+  explicit Client(Work work);
+  ~Client() { Join(); }
+  Client(const Client&) = delete;
+  Client& operator=(const Client&) = delete;
+
+  // Waits for the end of the work; what was heard may be looked at from then on.
+  const Heard& Join();
+  HWND window() const { return window_; }
+  DWORD thread_id() const { return thread_id_; }
+  // The windows of the client's thread that are active and have the focus.
+  HWND Active() const;
+  HWND Focus() const;
+
+  // For the work.
+  bool ConvertReport(const std::string& report, const std::string& difference_file,
+                     const std::string& backup_folder);
+  bool ConvertReports(const std::string& difference_folder, const std::string& report_folder);
+  bool CreateDiffFiles(const std::string& old_folder, const std::string& new_folder,
+                       const std::string& difference_folder);
+  void ShowErrorProtocol();
+
+ private:
+  void Run(const Work& work);
+
+  Heard heard_;
+  HWND window_ = nullptr;
+  DWORD thread_id_ = 0;
+  HANDLE started_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  com::ComPtr<IBXConvertLLMgr> manager_;
+  std::thread thread_;
+};
+
+// Folders with which an operation succeeds: two releases of a report, the difference between them,
+// and customers' copies of the older one.
+class ReportFolders {
+ public:
+  explicit ReportFolders(int reports);
+
+  std::string old_release() const { return folder_ / "alt"; }
+  std::string new_release() const { return folder_ / "neu"; }
+  std::string differences() const { return folder_ / "diff"; }
+  std::string difference_file() const { return folder_ / "diff/3_4Rechnung"; }
+  std::string reports() const { return folder_ / "Berichte"; }
+  std::string report(int number) const;
+  std::string operator/(std::string_view name) const { return folder_ / name; }
+
+ private:
+  TemporaryFolder folder_;
+};
+
+}  // namespace tessary::win32
