@@ -105,12 +105,13 @@ Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& contex
 }
 
 void WriteReport(FileSystem& files, const Ref<EngineContext>& context, const std::string& path,
-                 const Ref<ElementTable>& lines, bool* damaged) {
+                 const Ref<ElementTable>& lines, bool* damaged, FileKind kind) {
   const std::string name = FileNameOf(path);
   BXReportFile store(context);
   store.SetReportFile(lines);
   const IoStep open(context, "WriteFile", "Fehler beim Öffnen der Datei " + name);
   const auto file = open.Run([&] { return files.OpenForReplacing(path); });
+  if (kind == FileKind::kDifferenceFile) file->SetReproducible();
   try {
     WriteLines(context, name, store, *file);
   } catch (const Failure&) {
