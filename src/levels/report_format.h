@@ -44,7 +44,7 @@ std::span<const OwnerProperty> OwnerPropertiesOf(int level);
 // The owner property of this name at this level, without regard to case; null when there is none.
 inline const OwnerProperty* FindOwnerProperty(int level, std::string_view name) {
   for (const OwnerProperty& property : OwnerPropertiesOf(level)) {
-    if (EqualsIgnoreCase(property.name, name)) return &property;
+    if (EqualsIgnoreCase(name, property.name)) return &property;
   }
   return nullptr;
 }

@@ -77,6 +77,8 @@ class BXReportFile {
                      Symbol strValue);
   std::int32_t LastRowNamed(const Ref<ElementTable>& array, Symbol owner);
 
+  static constexpr std::int32_t kNoLevel = -1;
+
   // A brace line that is due before a row: none where the brace is empty.
   struct Bookmark {
     std::int32_t level = 0;
@@ -95,6 +97,7 @@ class BXReportFile {
   Ref<EngineContext> context_;
   std::array<Ref<Level>, 10> m_objLevel;  // where the next line of each level is added
   std::int32_t m_lngLevel = 0;
+  std::int32_t level_added_to_ = kNoLevel;  // by the line before
   std::int64_t lines_dropped_ = 0;
   std::string stripped_;  // storage for the line that lost tabs last
   DiffLine diff_line_;

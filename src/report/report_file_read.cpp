@@ -1,7 +1,7 @@
 // Reading: the nesting level is a running counter that section headers and braces move. A line is
-// added to the level object of its level, which is looked up anew each time as the child of the
-// element added last one level up; these references are never cleared, so a line after a double
-// "{" may hang below an older section.
+// added to the level object of its level, which is looked up as the child of the element added last
+// one level up whenever the level is not that of the line before; these references are never
+// cleared, so a line after a double "{" may hang below an older section.
 
 #include <algorithm>
 
@@ -42,6 +42,7 @@ BXReportFile::BXReportFile(Ref<EngineContext> context) : context_(std::move(cont
 
 void BXReportFile::SetReportFile(Ref<ElementTable> array) {
   InProcedure("ReportFile").Run([&] { m_objLevel[0]->SetElementArray(std::move(array)); });
+  level_added_to_ = kNoLevel;
 }
 
 Ref<ElementTable> BXReportFile::ReportFile() const {
@@ -106,12 +107,13 @@ void BXReportFile::MoveLevel(std::int32_t by) {
 
 Level& BXReportFile::LevelForLine() {
   const auto level = static_cast<std::size_t>(m_lngLevel);
-  if (level > 0) {
+  if (level > 0 && m_lngLevel != level_added_to_) {
     const Ref<Level>& above = m_objLevel[level - 1];
     if (!above) throw Failure(kObjectNotSet);
     m_objLevel[level] = above->LastElement();
   }
   if (!m_objLevel[level]) throw Failure(kObjectNotSet);
+  level_added_to_ = m_lngLevel;
   return *m_objLevel[level];
 }
 
