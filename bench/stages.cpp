@@ -4,8 +4,8 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -18,6 +18,7 @@
 #include "levels/level_factory.h"
 #include "manager/report_io.h"
 #include "platform/file_system.h"
+#include "platform/message_loop.h"
 #include "platform/text.h"
 #include "report/line_syntax.h"
 #include "report/report_file.h"
@@ -97,6 +98,13 @@ const Sample& SampleFor(const benchmark::State& state) {
   return *sample;
 }
 
+// Processor time, since other programs on the machine would count as well otherwise.
+double SecondsUsed() {
+  timespec time;
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
 // Runs a stage on what `prepare` gives it, which is not timed; nor is taking it down.
 template <class Prepare, class Stage>
 void Measure(benchmark::State& state, const Prepare& prepare, const Stage& stage) {
@@ -105,11 +113,11 @@ void Measure(benchmark::State& state, const Prepare& prepare, const Stage& stage
   for ([[maybe_unused]] auto _ : state) {
     const Ref<EngineContext> context = NewEngineContext(errors, nullptr);
     auto prepared = prepare(sample, context);
-    const auto begin = std::chrono::steady_clock::now();
+    const double begin = SecondsUsed();
     auto result = stage(sample, context, prepared);
-    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
+    const double end = SecondsUsed();
     benchmark::DoNotOptimize(result);
-    state.SetIterationTime(time.count());
+    state.SetIterationTime(end - begin);
   }
   state.SetItemsProcessed(state.iterations() * sample.line_count());
 }
@@ -129,7 +137,18 @@ Pair OldAndNew(const Sample& sample, const Ref<EngineContext>& context) {
   return {sample.Read(context, "/old.lst"), sample.Read(context, "/new.lst")};
 }
 
+// What a program does at least that looks at a report line by line.
 void CountLines(benchmark::State& state) {
+  Measure(state, Nothing, [](const Sample& sample, const Ref<EngineContext>&, int) {
+    std::ifstream file(sample.File("/old.lst"), std::ios::binary);
+    std::string line;
+    int lines = 0;
+    while (std::getline(file, line)) ++lines;
+    return lines;
+  });
+}
+
+void CountLineEnds(benchmark::State& state) {
   Measure(state, Nothing, [](const Sample& sample, const Ref<EngineContext>&, int) {
     const std::string text = FileText(sample);
     return std::count(text.begin(), text.end(), '\n');
@@ -254,14 +273,67 @@ void Apply(benchmark::State& state) {
       });
 }
 
+std::int64_t Converted(const Sample& sample, const Ref<EngineContext>& context) {
+  const Ref<Level> converted = context->CreateLevel(0);
+  const Ref<ElementTable> customer = sample.Read(context, "/customer.lst");
+  converted->Convert(customer, sample.Read(context, "/differences"));
+  return AllLines(context, converted->ElementArray());
+}
+
+void Convert(benchmark::State& state) {
+  Measure(state, Nothing, [](const Sample& sample, const Ref<EngineContext>& context, int) {
+    return Converted(sample, context);
+  });
+}
+
+// Does on each call what the component's loop does while no turn is due: it looks at the clock.
+class CountingLoop final : public MessageLoop {
+ public:
+  void Yield() override {
+    ++count_;
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    if (now.tv_sec < 0) count_ = 0;
+  }
+  std::int64_t count() const { return count_; }
+
+ private:
+  std::int64_t count_ = 0;
+};
+
+// As many calls of the message loop as Convert makes, and nothing else.
+void Yields(benchmark::State& state) {
+  SharedErrors errors;
+  CountingLoop counter;
+  Converted(SampleFor(state), NewEngineContext(errors, &counter));
+  Measure(state, Nothing, [&](const Sample&, const Ref<EngineContext>&, int) {
+    CountingLoop loop;
+    MessageLoop* called = &loop;
+    for (std::int64_t n = 0; n < counter.count(); ++n) {
+      benchmark::DoNotOptimize(called);
+      called->Yield();
+    }
+    return loop.count();
+  });
+}
+
 void Register() {
   const std::pair<const char*, void (*)(benchmark::State&)> stages[] = {
-      {"CountLines", CountLines}, {"Read", Read},
-      {"Classify", Classify},     {"BuildTree", BuildTree},
-      {"Search", Search},         {"Compare", Compare},
-      {"Write", Write},           {"DifferenceText", DifferenceText},
-      {"Apply", Apply},           {"ReadAndParse", ReadAndParse},
-      {"ParseBoth", ParseBoth},   {"ParseCompareWrite", ParseCompareWrite},
+      {"CountLines", CountLines},
+      {"CountLineEnds", CountLineEnds},
+      {"Read", Read},
+      {"Classify", Classify},
+      {"BuildTree", BuildTree},
+      {"Search", Search},
+      {"Compare", Compare},
+      {"Write", Write},
+      {"DifferenceText", DifferenceText},
+      {"Apply", Apply},
+      {"ReadAndParse", ReadAndParse},
+      {"ParseBoth", ParseBoth},
+      {"ParseCompareWrite", ParseCompareWrite},
+      {"Convert", Convert},
+      {"Yields", Yields},
   };
   for (const char* shape : {"sections", "siblings", "table"}) {
     for (const std::int64_t lines : {500, 5000, 50000}) {

@@ -4,8 +4,8 @@
 # since the C library picks code by processor. Ends with "N passed, N failed".
 #   scripts/instruction-counts.sh            compares
 #   scripts/instruction-counts.sh --update   stores the figures of this build
-#   scripts/instruction-counts.sh --growth   prints instructions per line at 50,000 and 500,000 lines
-#                                            instead; takes some minutes
+#   scripts/instruction-counts.sh --growth   prints instructions, time and memory at 50,000 and at
+#                                            500,000 lines instead; takes some minutes
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -18,7 +18,7 @@ case "${1:-}" in
   *) echo "usage: scripts/instruction-counts.sh [--update | --growth]" >&2; exit 2 ;;
 esac
 
-need_packages "${build_packages[@]}" "${bench_packages[@]}"
+need_packages "${build_packages[@]}" "${count_packages[@]}"
 cmake --preset release -D TESSARY_BENCHMARKS=ON >/dev/null
 cmake --build --preset release --target tessary make_reports >/dev/null
 tessary=$PWD/build/release/tessary
@@ -51,32 +51,58 @@ reports() {
   "$tessary" diff --quiet "$work/$1/old.lst" "$work/$1/new.lst" "$work/$1/diff"
 }
 
-count_diff() { own_instructions "$tessary" diff "$work/$1/old.lst" "$work/$1/new.lst" "$work/$1/diff"; }
+run_diff() { "$@" "$tessary" diff --quiet "$work/$name/old.lst" "$work/$name/new.lst" "$work/$name/diff"; }
 
-count_convert() {
+run_convert() {
   rm -rf "$work/run" "$work/runBak"
   mkdir "$work/run"
-  cp "$work/$1/customer.lst" "$work/run"
-  own_instructions "$tessary" convert "$work/run/customer.lst" "$work/$1/diff/3_4Rechnung"
+  cp "$work/$name/customer.lst" "$work/run"
+  "$@" "$tessary" convert --quiet "$work/run/customer.lst" "$work/$name/diff/3_4Rechnung"
 }
 
-# growth_of NAME SHAPE CHANGES_PER_HUNDRED_LINES: one row for each of the two passes.
-growth_of() {
-  local pass lines small large
-  for lines in 50000 500000; do reports "$1-$lines" "$2" "$lines" $((lines * $3 / 100)); done
-  for pass in diff convert; do
-    small=$("count_$pass" "$1-50000")
-    large=$("count_$pass" "$1-500000")
-    awk -v name="$1" -v pass="$pass" -v small="$small" -v large="$large" 'BEGIN {
-      small /= 50000; large /= 500000
-      printf "| %s | %s | %d | %d | %.2f |\n", name, pass, small, large, large / small }'
+# processor_seconds_and_peak PASS: of the quickest of three runs; the peak in KB.
+processor_seconds_and_peak() {
+  for _ in 1 2 3; do
+    "run_$1" command time --quiet --append --output="$work/times" --format='%U %S %M' >/dev/null
   done
-  rm -rf "$work/$1-50000" "$work/$1-500000"
+  awk '{ print $1 + $2, $3 }' "$work/times" | sort -n | head -n 1
+  rm "$work/times"
+}
+
+# input_size PASS: what the pass reads, in KB.
+input_size() {
+  case "$1" in
+    diff) cat "$work/$name/old.lst" "$work/$name/new.lst" ;;
+    convert) cat "$work/$name/customer.lst" "$work/$name/diff/3_4Rechnung" ;;
+  esac | wc -c | awk '{ print $1 / 1024 }'
+}
+
+# growth_of TITLE SHAPE CHANGES_PER_HUNDRED_LINES: one row for each of the two passes.
+growth_of() {
+  local pass lines name counts=() times=() peak
+  for lines in 50000 500000; do reports "$lines" "$2" "$lines" $((lines * $3 / 100)); done
+  for pass in diff convert; do
+    for lines in 50000 500000; do
+      name=$lines
+      counts+=("$(run_$pass own_instructions)")
+      read -r seconds peak < <(processor_seconds_and_peak "$pass")
+      times+=("$seconds")
+    done
+    echo "$1|$pass|${counts[*]}|${times[*]}|$peak|$(input_size "$pass")" | awk -F '|' '{
+      split($3, counts, " ")
+      split($4, times, " ")
+      printf "| %s | %s | %d | %d | **%.2f** | %.2f | **%.2f** | %.1f |\n", $1, $2, counts[1] / 50000,
+             counts[2] / 500000, counts[2] / counts[1] / 10, times[2], times[2] / times[1] / 10, $5 / $6 }'
+    counts=()
+    times=()
+  done
+  rm -rf "$work/50000" "$work/500000"
 }
 
 if [ "$mode" = growth ]; then
-  echo "| report | pass | per line of 50,000 | per line of 500,000 | ratio |"
-  echo "|---|---|---|---|---|"
+  echo "| report | pass | instructions per line of 50,000 | of 500,000 | ratio | seconds for 500,000" \
+    "| time per line, ratio | peak memory / input |"
+  echo "|---|---|---|---|---|---|---|---|"
   growth_of "many small sections" sections 1
   growth_of "all lines siblings" siblings 1
   growth_of "siblings of one name" twins 1
@@ -89,11 +115,11 @@ fi
 reports sections sections 5000 80
 reports siblings siblings 5000 80
 reports table table 5000 80
+
+# count_case PASS-NAME
 count_case() {
-  case "$1" in
-    diff-*) count_diff "${1#diff-}" ;;
-    convert-*) count_convert "${1#convert-}" ;;
-  esac
+  local name=${1#*-}
+  "run_${1%%-*}" own_instructions
 }
 
 cases=(diff-sections diff-siblings diff-table convert-sections)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds everything and runs all tests; installs what is missing. Ends with "N passed, N failed".
-#   scripts/test.sh          release and sanitizer builds
+#   scripts/test.sh          release and sanitizer builds, and the instruction counts
 #   scripts/test.sh --fast   the native tests of the release build only
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -44,6 +44,8 @@ run_tests() {
 build release
 run_tests release
 if [ "$fast" = no ]; then
+  echo "== Counting instructions"
+  if scripts/instruction-counts.sh; then passed=$((passed + 1)); else failed=$((failed + 1)); fi
   build asan
   run_tests asan
 fi
