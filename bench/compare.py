@@ -251,9 +251,10 @@ def main():
     build = os.path.abspath(build)
     lines = [f"Machine: {machine()}; medians of {runs} runs.", ""]
     with tempfile.TemporaryDirectory() as root:
-        rows = [(case, measure(case, runs))
-                for case in cases_for(build + "/tessary", root, build + "/bench/make_reports",
-                                      quick)]
+        rows = []
+        for case in cases_for(build + "/tessary", root, build + "/bench/make_reports", quick):
+            rows.append((case, measure(case, runs)))
+            print(table_of_cases(rows)[-1], file=sys.stderr, flush=True)
         lines += table_of_cases(rows)
     stage_runs = 5 if quick else 9
     times = stage_times(build + "/bench/bench_stages", stage_runs, quick)

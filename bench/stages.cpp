@@ -286,14 +286,15 @@ void Convert(benchmark::State& state) {
   });
 }
 
-// Does on each call what the component's loop does while no turn is due: it looks at the clock.
+// Does what the component's loop does while no turn is due: it counts, and looks at the clock at
+// every 32nd call.
 class CountingLoop final : public MessageLoop {
  public:
   void Yield() override {
-    ++count_;
+    if (++count_ % 32 != 0) return;
     timespec now;
     clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
-    if (now.tv_sec < 0) count_ = 0;
+    benchmark::DoNotOptimize(now);
   }
   std::int64_t count() const { return count_; }
 
