@@ -14,7 +14,12 @@ void CheckGrowth(const ArrayBounds& bounds, std::int64_t added_rows) {
   const std::int64_t rows = bounds.rows() + added_rows;
   const std::int64_t columns = bounds.columns() > 0 ? bounds.columns() : 1;
   if (columns > kMostCells || rows > kMostCells / columns) throw Failure(kOutOfMemory);
-  if (bounds.lower_row + rows > INT32_MAX) throw Failure(kOverflow);
+  const auto count_up = [](LONG lower, std::int64_t count) { return lower + count <= INT32_MAX; };
+  if (!count_up(bounds.lower_row, rows) || !count_up(bounds.lower_column, columns)) {
+    throw Failure(kOverflow);
+  }
+  // One less than the lower bound says that nothing was found.
+  if (bounds.lower_row == INT32_MIN) throw Failure(kOverflow);
 }
 
 Variant CellAs(const Variant& value, VARTYPE type) {

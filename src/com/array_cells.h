@@ -38,7 +38,7 @@ class ArrayCells {
 };
 
 // Raises Failure 5 for a negative number of rows, 7 when there would be more cells than an array
-// can hold.
+// can hold, 6 when a bound or the numbers beside it would not fit into 32 bits.
 void CheckGrowth(const ArrayBounds& bounds, std::int64_t added_rows);
 
 // A cell's value as another type; Failure 13 where it has none, 6 where it is too large.

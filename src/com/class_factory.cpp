@@ -1,5 +1,7 @@
 #include "com/class_factory.h"
 
+#include <string>
+
 #include "com/com_error.h"
 #include "com/module.h"
 
@@ -28,7 +30,8 @@ class ClassFactory final : public IClassFactory {
   }
 
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
-    return Guarded({IID_IClassFactory, created_.name}, [&] {
+    const std::wstring source = std::wstring(L"Tessary.") + created_.name;
+    return Guarded({IID_IClassFactory, source.c_str()}, [&] {
       RequirePointer(object);
       *object = nullptr;
       if (outer) throw ComError{CLASS_E_NOAGGREGATION};

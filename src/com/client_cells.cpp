@@ -26,7 +26,9 @@ void ClientCells::ReDim(const ArrayBounds& bounds) {
   CheckGrowth(bounds, 0);
   ClientCells made;
   made.bounds_ = bounds;
-  made.rows_.assign(static_cast<std::size_t>(bounds.rows()), made.BlankRow());
+  if (bounds.rows() > 0) {
+    made.rows_.assign(static_cast<std::size_t>(bounds.rows()), made.BlankRow());
+  }
   const LONG first = std::max(bounds.lower_row, bounds_.lower_row);
   const LONG last = std::min(bounds.upper_row, bounds_.upper_row);
   const LONG first_column = std::max(bounds.lower_column, bounds_.lower_column);
@@ -62,6 +64,10 @@ void ClientCells::DeleteRows(LONG row, LONG count) {
 }
 
 void ClientCells::Reorder(LONG first_row, const std::vector<LONG>& order) {
+  const std::int64_t last = first_row + static_cast<std::int64_t>(order.size()) - 1;
+  if (first_row < bounds_.lower_row || last > bounds_.upper_row) {
+    throw Failure(kSubscriptOutOfRange);
+  }
   std::vector<Row> sorted;
   sorted.reserve(order.size());
   for (const LONG row : order) sorted.push_back(std::move(rows_[Place(row)]));

@@ -1,10 +1,12 @@
 // The system's call by type information converts values, but not what a script engine passes for
 // a typed reference: a reference to a variant. Every argument is therefore first brought into the
 // form that the member declares. What the member leaves in a reference goes back, converted to
-// the type of the caller's variable.
+// the type of the caller's variable; a variable that cannot take it is refused before the member
+// runs.
 
 #include "com/dispatch_call.h"
 
+#include <cstring>
 #include <optional>
 #include <vector>
 
@@ -102,44 +104,93 @@ Variant ConvertedTo(const Wanted& wanted, const VARIANT& argument) {
   return value.type() == VT_NULL ? Variant().As(wanted.type) : value.As(wanted.type);
 }
 
-// Stores a value in the variable that a by-reference argument refers to.
-void StoreIn(VARIANT& target, const Variant& value) {
-  if (V_VT(&target) == (VT_BYREF | VT_VARIANT)) {
-    Variant copy = value;
-    std::swap(*V_VARIANTREF(&target), *copy.Use());
-    return;
+// The variable of the caller that a by-reference argument refers to, found through references to
+// variants that refer to further ones. Nothing can be stored where the argument is a plain value.
+class Variable {
+ public:
+  Variable() = default;
+  explicit Variable(VARIANTARG& argument) : place_(&argument) {
+    constexpr int kMostReferences = 16;
+    for (int followed = 0; V_VT(place_) == (VT_BYREF | VT_VARIANT); ++followed) {
+      if (followed == kMostReferences) throw ComError{DISP_E_TYPEMISMATCH};
+      is_variant_ = true;
+      place_ = V_VARIANTREF(place_);
+      RequirePointer(place_);
+    }
+    if (IsTyped()) RequirePointer(V_BYREF(place_));
   }
-  const auto type = static_cast<VARTYPE>(V_VT(&target) & ~VT_BYREF);
-  const bool fits = type == VT_UNKNOWN && value.type() == VT_DISPATCH;
-  const Variant converted = fits ? value : value.As(type);
-  switch (type) {
-    case VT_BSTR:
-      SysFreeString(*V_BSTRREF(&target));
-      *V_BSTRREF(&target) = Variant(converted).Detach().bstrVal;
-      break;
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-      if (*V_UNKNOWNREF(&target)) (*V_UNKNOWNREF(&target))->Release();
-      *V_UNKNOWNREF(&target) = Variant(converted).Detach().punkVal;
-      break;
-    case VT_I2:
-    case VT_BOOL:
-      *V_I2REF(&target) = V_I2(&converted.get());
-      break;
-    case VT_I4:
-      *V_I4REF(&target) = V_I4(&converted.get());
-      break;
-    default:
-      throw ComError{DISP_E_TYPEMISMATCH};
+
+  const VARIANT& value() const { return *place_; }
+  bool CanBeStored() const { return is_variant_ || IsTyped(); }
+
+  // Raises DISP_E_TYPEMISMATCH when a value of this type can never be stored.
+  void RequireRoomFor(VARTYPE wanted) const {
+    if (!IsTyped()) return;
+    const bool is_number = NumberSize(type()) > 0 && NumberSize(wanted) > 0;
+    const bool is_object = IsObject(type()) && IsObject(wanted);
+    if (type() != wanted && !is_number && !is_object) throw ComError{DISP_E_TYPEMISMATCH};
   }
-}
+
+  void Store(const Variant& value) {
+    if (!IsTyped()) {
+      Variant copy = value;
+      std::swap(*place_, *copy.Use());
+    } else if (IsObject(type())) {
+      auto* object = Variant(value).Detach().punkVal;
+      std::swap(*V_UNKNOWNREF(place_), object);
+      if (object) object->Release();
+    } else if (type() == VT_BSTR) {
+      BSTR text = Variant(value).Detach().bstrVal;
+      std::swap(*V_BSTRREF(place_), text);
+      SysFreeString(text);
+    } else {
+      const Variant converted = value.As(type());
+      std::memcpy(V_BYREF(place_), &V_NONE(&converted.get()), NumberSize(type()));
+    }
+  }
+
+ private:
+  VARTYPE type() const { return static_cast<VARTYPE>(V_VT(place_) & ~VT_BYREF); }
+  bool IsTyped() const { return (V_VT(place_) & VT_BYREF) != 0; }
+  static bool IsObject(VARTYPE type) { return type == VT_DISPATCH || type == VT_UNKNOWN; }
+  // 0 for what is no number.
+  static std::size_t NumberSize(VARTYPE type) {
+    switch (type) {
+      case VT_I1:
+      case VT_UI1:
+        return 1;
+      case VT_I2:
+      case VT_UI2:
+      case VT_BOOL:
+        return 2;
+      case VT_I4:
+      case VT_UI4:
+      case VT_INT:
+      case VT_UINT:
+      case VT_R4:
+        return 4;
+      case VT_I8:
+      case VT_UI8:
+      case VT_R8:
+      case VT_CY:
+        return 8;
+      default:
+        return 0;
+    }
+  }
+
+  VARIANT* place_ = nullptr;
+  bool is_variant_ = false;
+};
 
 class Arguments {
  public:
-  Arguments(ITypeInfo* info, const Member& member, DISPPARAMS& given)
-      : given_(given), prepared_(given.rgvarg, given.rgvarg + given.cArgs), values_(given.cArgs) {
+  // `in_error`, which may be null, tells which argument the constructor had to do with last.
+  Arguments(ITypeInfo* info, const Member& member, DISPPARAMS& given, UINT* in_error)
+      : prepared_(given.cArgs), values_(given.cArgs), results_(given.cArgs) {
     for (UINT argument = 0; argument < given.cArgs; ++argument) {
-      Prepare(info, member.ParameterOf(given, argument), argument);
+      if (in_error) *in_error = argument;
+      Prepare(info, member.ParameterOf(given, argument), given.rgvarg[argument], argument);
     }
     passed_ = given;
     passed_.rgvarg = prepared_.data();
@@ -148,33 +199,33 @@ class Arguments {
   DISPPARAMS* passed() { return &passed_; }
 
   void WriteBack() {
-    for (UINT argument = 0; argument < given_.cArgs; ++argument) {
-      const bool is_reference = (V_VT(&prepared_[argument]) & VT_BYREF) != 0;
-      if (!is_reference || values_[argument].type() == VT_EMPTY) continue;
-      if ((V_VT(&given_.rgvarg[argument]) & VT_BYREF) == 0) continue;
-      StoreIn(given_.rgvarg[argument], values_[argument]);
+    for (std::size_t argument = 0; argument < results_.size(); ++argument) {
+      if (results_[argument]) results_[argument]->Store(values_[argument]);
     }
   }
 
  private:
-  void Prepare(ITypeInfo* info, const TYPEDESC* parameter, UINT argument) {
+  void Prepare(ITypeInfo* info, const TYPEDESC* parameter, VARIANTARG& given, UINT argument) {
+    const Variable variable(given);
     VARIANTARG& prepared = prepared_[argument];
-    if (V_VT(&prepared) == (VT_BYREF | VT_VARIANT)) prepared = *V_VARIANTREF(&prepared);
+    prepared = variable.value();
     if (!parameter || IsMissing(prepared)) return;
     const std::optional<Wanted> wanted = WantedBy(info, *parameter);
     if (!wanted) return;
-    values_[argument] = ConvertedTo(*wanted, given_.rgvarg[argument]);
+    if (wanted->by_reference) variable.RequireRoomFor(wanted->type);
+    values_[argument] = ConvertedTo(*wanted, prepared);
     if (!wanted->by_reference) {
       prepared = values_[argument].get();
       return;
     }
     V_VT(&prepared) = static_cast<VARTYPE>(VT_BYREF | wanted->type);
     V_BYREF(&prepared) = &V_NONE(values_[argument].Use());
+    if (variable.CanBeStored()) results_[argument] = variable;
   }
 
-  DISPPARAMS& given_;
   std::vector<VARIANTARG> prepared_;  // owns nothing
   std::vector<Variant> values_;       // what the prepared arguments refer to, where converted
+  std::vector<std::optional<Variable>> results_;  // where to store them after the call
   DISPPARAMS passed_{};
 };
 
@@ -184,10 +235,16 @@ HRESULT CallByTypeInfo(ITypeInfo* info, void* interface_pointer, DISPID member, 
                        DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
                        UINT* argument_in_error) {
   const Member called(info, member, flags);
-  Arguments prepared(info, called, *arguments);
+  Arguments prepared(info, called, *arguments, argument_in_error);
   const HRESULT done = info->Invoke(interface_pointer, member, flags, prepared.passed(), result,
                                     exception, argument_in_error);
-  if (SUCCEEDED(done)) prepared.WriteBack();
+  if (FAILED(done)) return done;
+  try {
+    prepared.WriteBack();
+  } catch (const ComError&) {
+    if (result) VariantClear(result);  // a failed call has none
+    throw;
+  }
   return done;
 }
 

@@ -74,9 +74,8 @@ class Dual : public Interface, public ISupportErrorInfo, public IProvideClassInf
     HRESULT called = S_OK;
     const HRESULT prepared = Run([&] {
       RequirePointer(arguments);
-      called = CallByTypeInfo(TypeInfoOf(facts_.interface_id).get(),
-                              static_cast<Interface*>(this), member, flags, arguments, result,
-                              exception, argument_in_error);
+      called = CallByTypeInfo(TypeInfoOf(facts_.interface_id).get(), static_cast<Interface*>(this),
+                              member, flags, arguments, result, exception, argument_in_error);
     });
     return FAILED(prepared) ? prepared : called;
   }
@@ -101,8 +100,8 @@ class Dual : public Interface, public ISupportErrorInfo, public IProvideClassInf
   }
 
  protected:
-  explicit Dual(const ClassFacts& facts) : facts_(facts) { thread_->AddObject(); }
-  virtual ~Dual() { thread_->RemoveObject(); }
+  explicit Dual(const ClassFacts& facts) : facts_(facts) {}
+  virtual ~Dual() = default;
 
   ThreadState& thread() const { return *thread_; }
   const ClassFacts& facts() const { return facts_; }

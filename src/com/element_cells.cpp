@@ -1,6 +1,7 @@
 #include "com/element_cells.h"
 
 #include "com/level_face.h"
+#include "com/nesting.h"
 #include "platform/failure.h"
 
 namespace tessary::com {
@@ -19,7 +20,11 @@ std::string TextOf(const Variant& value) { return ToUtf8(V_BSTR(&CellAs(value, V
 Ref<Level> LevelIn(ThreadState& thread, const Variant& value) {
   if (IsNothing(value.get())) return nullptr;
   if (value.type() != VT_DISPATCH && value.type() != VT_UNKNOWN) throw Failure(kTypeMismatch);
-  return LevelFace::LevelOf(thread, V_UNKNOWN(&value.get()));
+  try {
+    return LevelFace::LevelOf(thread, V_UNKNOWN(&value.get()));
+  } catch (const ComError&) {
+    throw Failure(kTypeMismatch);
+  }
 }
 
 bool IsElementArray(const ArrayBounds& bounds) {
@@ -39,8 +44,7 @@ Variant ElementCells::Get(LONG row, LONG column) {
     case bxeaValue:
       return TextVariant(element.value());
     case bxeaElement:
-      return Variant::Object(
-          LevelFace::Of(thread_.context()->ChildOf(*table_, row)).Detach());
+      return Variant::Object(LevelFace::Of(thread_.context()->ChildOf(*table_, row)).Detach());
     default:
       if (column < bxeaName || column > bxeaPosNr) throw Failure(kSubscriptOutOfRange);
       return TextVariant(table_->pool().Text(element.key[static_cast<BXElementArray>(column)]));
@@ -55,12 +59,18 @@ void ElementCells::Set(LONG row, LONG column, const Variant& value) {
     case bxeaValue:
       return table_->SetValue(row, TextOf(value));
     case bxeaElement:
-      return table_->SetChild(row, LevelIn(thread_, value));
+      return SetChild(row, LevelIn(thread_, value));
     default:
       if (column < bxeaName || column > bxeaPosNr) throw Failure(kSubscriptOutOfRange);
       return table_->SetText(row, static_cast<BXElementArray>(column),
                              table_->pool().Intern(TextOf(value)));
   }
+}
+
+// Asking the object who it is may have changed the array, so the row is looked for again.
+void ElementCells::SetChild(LONG row, const Ref<Level>& child) {
+  RequireNoCycle(nullptr, table_, child);
+  table_->SetChild(row, child);
 }
 
 void ElementCells::ReDim(const ArrayBounds& wanted) {
@@ -98,6 +108,7 @@ void ElementCells::Reorder(LONG first_row, const std::vector<LONG>& order) {
 }
 
 Ref<ElementTable> ElementCells::TableOf(ThreadState& thread, ArrayCells& source) {
+  const ContextUse use(thread);
   auto table = MakeRef<ElementTable>(thread.context()->pool());
   const ArrayBounds bounds = source.bounds();
   if (bounds.rows() == 0) return table;

@@ -11,7 +11,7 @@ namespace tessary::com {
 class ElementCells final : public ArrayCells {
  public:
   ElementCells(ThreadState& thread, Ref<ElementTable> table)
-      : thread_(thread), table_(std::move(table)) {}
+      : thread_(thread), use_(thread), table_(std::move(table)) {}
 
   ArrayBounds bounds() const override;
   Variant Get(LONG row, LONG column) override;
@@ -27,7 +27,10 @@ class ElementCells final : public ArrayCells {
   static Ref<ElementTable> TableOf(ThreadState& thread, ArrayCells& source);
 
  private:
+  void SetChild(LONG row, const Ref<Level>& child);
+
   ThreadState& thread_;
+  const ContextUse use_;
   const Ref<ElementTable> table_;
 };
 

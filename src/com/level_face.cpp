@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "com/nesting.h"
 #include "com/text.h"
 #include "com/variant.h"
 #include "com/x_array_db.h"
@@ -56,7 +57,9 @@ void ReplaceText(std::string_view utf8, BSTR* target) {
 }  // namespace
 
 ComPtr<IDispatch> LevelFace::New(int number) {
-  const Ref<Level> level = MakeLevel(ThreadState::Current()->context(), number);
+  const auto thread = ThreadState::Current();
+  const ContextUse use(*thread);
+  const Ref<Level> level = MakeLevel(thread->context(), number);
   return ComPtr<IDispatch>::Query(Of(level).get());
 }
 
@@ -70,9 +73,9 @@ ComPtr<IBXLevelBasis> LevelFace::Of(const Ref<Level>& level) {
 Ref<Level> LevelFace::LevelOf(ThreadState& thread, IUnknown* object) {
   if (!object) return nullptr;
   void* own = nullptr;
-  if (FAILED(object->QueryInterface(kOwnLevel, &own))) throw Failure(kTypeMismatch);
+  if (FAILED(object->QueryInterface(kOwnLevel, &own))) throw ComError{DISP_E_TYPEMISMATCH};
   const auto face = ComPtr<LevelFace>::Take(static_cast<LevelFace*>(own));
-  if (&face->thread() != &thread) throw Failure(kTypeMismatch);
+  if (&face->thread() != &thread) throw ComError{DISP_E_TYPEMISMATCH};
   return face->level_;
 }
 
@@ -93,7 +96,13 @@ void* LevelFace::FindMore(REFIID iid) {
 
 Ref<ElementTable> LevelFace::Elements(IXArrayDB** array) const {
   RequirePointer(array);
-  return XArrayDBFace::ElementsOf(thread(), *array);
+  return Tree(XArrayDBFace::ElementsOf(thread(), *array));
+}
+
+Ref<ElementTable> LevelFace::Tree(Ref<ElementTable> array) const {
+  RequireTree(level_->ElementArray());
+  RequireTree(array);
+  return array;
 }
 
 STDMETHODIMP LevelFace::Add(BSTR strName, ::bxsBXStatus bxsStatus, BSTR strKey, BSTR strTyp,
@@ -102,17 +111,21 @@ STDMETHODIMP LevelFace::Add(BSTR strName, ::bxsBXStatus bxsStatus, BSTR strKey, 
                             BSTR strPosNr, BSTR strValue, IBXLevelBasis* objLevel,
                             ::bxltBXLineType bxltLineType) {
   return RunInEngine([&] {
+    const Ref<Level> child = LevelOf(thread(), objLevel);
+    RequireNoCycle(level_.get(), level_->ElementArray(), child);
     level_->Add({ToUtf8(strName), CheckedStatus(bxsStatus), ToUtf8(strKey), ToUtf8(strTyp),
                  ToUtf8(strPosPrevName), ToUtf8(strPosPrevKey), ToUtf8(strPosPrevTyp),
                  ToUtf8(strPosNextName), ToUtf8(strPosNextKey), ToUtf8(strPosNextTyp),
-                 ToUtf8(strPosNr), ToUtf8(strValue), LevelOf(thread(), objLevel),
-                 static_cast<BXLineType>(bxltLineType)});
+                 ToUtf8(strPosNr), ToUtf8(strValue), child, static_cast<BXLineType>(bxltLineType)});
   });
 }
 
 STDMETHODIMP LevelFace::putref_ElementArray(IXArrayDB* aElement) {
-  return RunInEngine(
-      [&] { level_->SetElementArray(XArrayDBFace::ElementsOf(thread(), aElement)); });
+  return RunInEngine([&] {
+    const Ref<ElementTable> array = XArrayDBFace::ElementsOf(thread(), aElement);
+    RequireNoCycle(*level_, array);
+    level_->SetElementArray(array);
+  });
 }
 
 STDMETHODIMP LevelFace::get_ElementArray(IXArrayDB** ppaElement) {
@@ -149,8 +162,7 @@ STDMETHODIMP LevelFace::CheckMissingElements(IXArrayDB** aSource, IXArrayDB** aD
   });
 }
 
-STDMETHODIMP LevelFace::CheckForAddingAllElements(IXArrayDB** aOldElement,
-                                                  IXArrayDB** aNewElement,
+STDMETHODIMP LevelFace::CheckForAddingAllElements(IXArrayDB** aOldElement, IXArrayDB** aNewElement,
                                                   VARIANT_BOOL* pblnResult) {
   return RunInEngine([&] {
     RequirePointer(pblnResult);
@@ -165,10 +177,9 @@ STDMETHODIMP LevelFace::GetFoundFieldValue(BSTR* strFieldOwner, LONG* lngOwnerLe
                                            ::bxeaBXElementArray* bxaeField, BSTR* strValue,
                                            VARIANT_BOOL* pblnResult) {
   return RunInEngine([&] {
-    for (const void* pointer :
-         {static_cast<void*>(strFieldOwner), static_cast<void*>(lngOwnerLevel),
-          static_cast<void*>(bxaeField), static_cast<void*>(strValue),
-          static_cast<void*>(pblnResult)}) {
+    for (const void* pointer : {static_cast<void*>(strFieldOwner),
+                                static_cast<void*>(lngOwnerLevel), static_cast<void*>(bxaeField),
+                                static_cast<void*>(strValue), static_cast<void*>(pblnResult)}) {
       RequirePointer(pointer);
     }
     FoundField field;
@@ -186,6 +197,7 @@ STDMETHODIMP LevelFace::PrepareWriting(IXArrayDB** aWrite, LONG lngLevel) {
   return RunInEngine([&] {
     RequirePointer(aWrite);
     Ref<WriteTable> lines = XArrayDBFace::LinesOf(thread(), *aWrite);
+    RequireTree(level_->ElementArray());
     level_->PrepareWriting(lines, lngLevel);
     if (!*aWrite) *aWrite = XArrayDBFace::Of(lines).Detach();
   });
@@ -193,8 +205,8 @@ STDMETHODIMP LevelFace::PrepareWriting(IXArrayDB** aWrite, LONG lngLevel) {
 
 STDMETHODIMP LevelFace::Convert(IXArrayDB* aReport, IXArrayDB* aDiffFile) {
   return RunInEngine([&] {
-    level_->Convert(XArrayDBFace::ElementsOf(thread(), aReport),
-                    XArrayDBFace::ElementsOf(thread(), aDiffFile));
+    level_->Convert(Tree(XArrayDBFace::ElementsOf(thread(), aReport)),
+                    Tree(XArrayDBFace::ElementsOf(thread(), aDiffFile)));
   });
 }
 

@@ -16,7 +16,8 @@ class LevelFace final : public Dual<IBXLevelBasis>,
   static ComPtr<IDispatch> New(int number);
   // The one face of a level object on the calling thread; none for none.
   static ComPtr<IBXLevelBasis> Of(const Ref<Level>& level);
-  // The level object behind an argument, none for none; Failure 13 for a foreign object.
+  // The level object behind an argument, none for none; DISP_E_TYPEMISMATCH for a foreign
+  // object or one of another thread.
   static Ref<Level> LevelOf(ThreadState& thread, IUnknown* object);
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
@@ -26,10 +27,9 @@ class LevelFace final : public Dual<IBXLevelBasis>,
   STDMETHODIMP_(ULONG) Release() override { return Dual::Release(); }
 
   STDMETHODIMP Add(BSTR strName, ::bxsBXStatus bxsStatus, BSTR strKey, BSTR strTyp,
-                   BSTR strPosPrevName, BSTR strPosPrevKey, BSTR strPosPrevTyp,
-                   BSTR strPosNextName, BSTR strPosNextKey, BSTR strPosNextTyp, BSTR strPosNr,
-                   BSTR strValue, IBXLevelBasis* objLevel,
-                   ::bxltBXLineType bxltLineType) override;
+                   BSTR strPosPrevName, BSTR strPosPrevKey, BSTR strPosPrevTyp, BSTR strPosNextName,
+                   BSTR strPosNextKey, BSTR strPosNextTyp, BSTR strPosNr, BSTR strValue,
+                   IBXLevelBasis* objLevel, ::bxltBXLineType bxltLineType) override;
   STDMETHODIMP putref_ElementArray(IXArrayDB* aElement) override;
   STDMETHODIMP get_ElementArray(IXArrayDB** ppaElement) override;
   STDMETHODIMP get_LastElement(IBXLevelBasis** ppobjLevel) override;
@@ -56,7 +56,10 @@ class LevelFace final : public Dual<IBXLevelBasis>,
   void* FindMore(REFIID iid) override;
   void BeforeInsert(const Element& element) override;
   Ref<ElementTable> Elements(IXArrayDB** array) const;
+  // The same array, once it and this level's own are known to be safe for the engine.
+  Ref<ElementTable> Tree(Ref<ElementTable> array) const;
 
+  const ContextUse use_{thread()};
   const Ref<Level> level_;
   ConnectionPoint before_insert_{*this, DIID__IBXLevelBasisEvents};
 };

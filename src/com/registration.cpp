@@ -8,6 +8,13 @@
 #include "com/module.h"
 #include "com/system.h"
 
+// The system exports these two; not every set of headers declares them.
+extern "C" {
+HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* help_folder);
+HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID library, WORD major, WORD minor, LCID locale,
+                                        SYSKIND system);
+}
+
 namespace tessary::com {
 namespace {
 
@@ -93,15 +100,17 @@ void RegisterClass(const CreatableClass& entry, const std::wstring& path) {
   SetValue(ProgId(entry) + L"\\CurVer", nullptr, versioned);
 }
 
-// True when the DLL of the other architecture is registered; both share the ProgIDs.
-bool IsRegisteredForOtherBits(const CreatableClass& entry) {
-  constexpr REGSAM kOtherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+bool HasKey(const std::wstring& path, REGSAM view) {
   HKEY key = nullptr;
-  const LSTATUS status = RegOpenKeyExW(HKEY_CLASSES_ROOT, ClassPath(entry).c_str(), 0,
-                                       KEY_READ | kOtherView, &key);
+  const LSTATUS status = RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ | view, &key);
   if (status != ERROR_SUCCESS) return false;
   RegCloseKey(key);
   return true;
+}
+
+// True when the DLL of the other architecture is registered; both share the ProgIDs.
+bool IsRegisteredForOtherBits(const CreatableClass& entry) {
+  return HasKey(ClassPath(entry), sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY);
 }
 
 void UnregisterClass(const CreatableClass& entry) {
@@ -111,16 +120,28 @@ void UnregisterClass(const CreatableClass& entry) {
   DeleteTree(ProgId(entry));
 }
 
-void RegisterAll() {
+// The system writes type libraries past the turned HKEY_CLASSES_ROOT, so it must be told as well
+// whose they are.
+void RegisterTypeLibrary(RegistrationScope scope) {
   std::wstring path = ModulePath();
-  for (const CreatableClass& entry : CreatableClasses()) RegisterClass(entry, path);
-  Check(RegisterTypeLib(ModuleTypeLibrary().get(), path.data(), nullptr));
+  const auto function =
+      scope == RegistrationScope::kCurrentUser ? RegisterTypeLibForUser : RegisterTypeLib;
+  Check(function(ModuleTypeLibrary().get(), path.data(), nullptr));
 }
 
-void UnregisterAll() {
-  for (const CreatableClass& entry : CreatableClasses()) UnregisterClass(entry);
+bool IsTypeLibraryRegistered() {
+  const wchar_t* system = sizeof(void*) == 8 ? L"win64" : L"win32";
+  const std::wstring version =
+      std::to_wstring(kTypeLibraryMajor) + L"." + std::to_wstring(kTypeLibraryMinor) + L"\\0\\";
+  return HasKey(L"TypeLib\\" + Braced(LIBID_Tessary) + L"\\" + version + system, 0);
+}
+
+void UnregisterTypeLibrary(RegistrationScope scope) {
+  if (!IsTypeLibraryRegistered()) return;  // the system's answers to that differ
   constexpr SYSKIND kSystem = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
-  UnRegisterTypeLib(LIBID_Tessary, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL, kSystem);
+  const auto function =
+      scope == RegistrationScope::kCurrentUser ? UnRegisterTypeLibForUser : UnRegisterTypeLib;
+  Check(function(LIBID_Tessary, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL, kSystem));
 }
 
 template <class Body>
@@ -132,7 +153,19 @@ void InScope(RegistrationScope scope, Body&& body) {
 
 }  // namespace
 
-void Register(RegistrationScope scope) { InScope(scope, RegisterAll); }
-void Unregister(RegistrationScope scope) { InScope(scope, UnregisterAll); }
+void Register(RegistrationScope scope) {
+  InScope(scope, [&] {
+    const std::wstring path = ModulePath();
+    for (const CreatableClass& entry : CreatableClasses()) RegisterClass(entry, path);
+    RegisterTypeLibrary(scope);
+  });
+}
+
+void Unregister(RegistrationScope scope) {
+  InScope(scope, [&] {
+    for (const CreatableClass& entry : CreatableClasses()) UnregisterClass(entry);
+    UnregisterTypeLibrary(scope);
+  });
+}
 
 }  // namespace tessary::com

@@ -1,5 +1,6 @@
 #include "com/report_file_face.h"
 
+#include "com/nesting.h"
 #include "com/text.h"
 #include "com/x_array_db.h"
 
@@ -33,6 +34,7 @@ STDMETHODIMP ReportFileFace::GetFirstLine(BSTR* pstrLine) {
   return RunInEngine([&] {
     RequirePointer(pstrLine);
     *pstrLine = nullptr;
+    RequireTree(report_.ReportFile());
     ReturnText(report_.GetFirstLine(), pstrLine);
   });
 }

@@ -17,6 +17,7 @@ class ReportFileFace final : public Dual<IBXReportFile> {
   STDMETHODIMP GetNextLine(BSTR* pstrLine) override;
 
  private:
+  const ContextUse use_{thread()};
   BXReportFile report_;
 };
 

@@ -38,8 +38,8 @@ const Ref<EngineContext>& ThreadState::context() {
   return context_;
 }
 
-void ThreadState::RemoveObject() {
-  if (--objects_ == 0) context_ = nullptr;
+void ThreadState::ReleaseContext() {
+  if (--context_users_ == 0) context_ = nullptr;
 }
 
 IUnknown* ThreadState::FaceOf(const RefCounted* core) const {

@@ -25,14 +25,13 @@ class ThreadState {
   bool IsCurrent() const { return thread_id_ == GetCurrentThreadId(); }
   ResultLog& log() { return log_; }
 
-  // The context shared by all level objects, arrays and line stores that clients hold. Its texts go
-  // when the last COM object of the thread goes. It has no message loop: a client's handlers must
-  // not find an array in the middle of a change.
+  // The context shared by all level objects, element arrays and line stores that clients hold. It
+  // has no message loop: a client's handlers must not find an array in the middle of a change.
   const Ref<EngineContext>& context();
 
-  // Every COM object of the thread counts itself.
-  void AddObject() { ++objects_; }
-  void RemoveObject();
+  // Every COM object whose texts live in the context counts itself; they go with the last one.
+  void UseContext() { ++context_users_; }
+  void ReleaseContext();
 
   // The COM object that stands for an object of the core, or null. The entry belongs to the COM
   // object, which takes it back when it goes.
@@ -49,8 +48,20 @@ class ThreadState {
   ResultLog log_;
   Ref<EngineContext> context_;
   std::unordered_map<const RefCounted*, IUnknown*> faces_;
-  std::size_t objects_ = 0;
+  std::size_t context_users_ = 0;
   bool operating_ = false;
+};
+
+// While it lives, the thread's context stays. To be made before anything of the context is.
+class ContextUse {
+ public:
+  explicit ContextUse(ThreadState& thread) : thread_(thread) { thread_.UseContext(); }
+  ~ContextUse() { thread_.ReleaseContext(); }
+  ContextUse(const ContextUse&) = delete;
+  ContextUse& operator=(const ContextUse&) = delete;
+
+ private:
+  ThreadState& thread_;
 };
 
 // While it lives, what the thread's procedures report goes to a collection of its own: calls out

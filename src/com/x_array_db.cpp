@@ -56,7 +56,7 @@ std::vector<LONG> Sorted(LONG first, LONG last, bool descending, KeyOf&& key_of)
 
 }  // namespace
 
-XArrayDBFace::XArrayDBFace() : Dual(kFacts), cells_(std::make_unique<ClientCells>()) {}
+XArrayDBFace::XArrayDBFace() : Dual(kFacts), cells_(std::make_shared<ClientCells>()) {}
 
 XArrayDBFace::~XArrayDBFace() { LeaveShown(); }
 
@@ -78,66 +78,71 @@ ComPtr<IXArrayDB> XArrayDBFace::Of(const Ref<WriteTable>& lines) {
 
 void* XArrayDBFace::FindMore(REFIID iid) { return iid == kOwnArray ? this : nullptr; }
 
-// The caller keeps the object alive for the time of the call.
-XArrayDBFace& XArrayDBFace::From(ThreadState& thread, IXArrayDB* array) {
+ComPtr<XArrayDBFace> XArrayDBFace::From(ThreadState& thread, IXArrayDB* array) {
   void* own = nullptr;
-  if (FAILED(array->QueryInterface(kOwnArray, &own))) throw Failure(kTypeMismatch);
-  auto* face = static_cast<XArrayDBFace*>(own);
-  face->Release();
-  if (&face->thread() != &thread) throw Failure(kTypeMismatch);
-  return *face;
+  if (FAILED(array->QueryInterface(kOwnArray, &own))) throw ComError{DISP_E_TYPEMISMATCH};
+  auto face = ComPtr<XArrayDBFace>::Take(static_cast<XArrayDBFace*>(own));
+  if (&face->thread() != &thread) throw ComError{DISP_E_TYPEMISMATCH};
+  return face;
 }
 
 Ref<ElementTable> XArrayDBFace::ElementsOf(ThreadState& thread, IXArrayDB* array) {
   if (!array) return nullptr;
-  XArrayDBFace& face = From(thread, array);
-  if (!face.elements_) face.Adopt(ElementCells::TableOf(thread, *face.cells_));
-  return face.elements_;
+  const auto face = From(thread, array);
+  if (!face->elements_) {
+    const auto cells = face->cells_;
+    auto table = ElementCells::TableOf(thread, *cells);
+    if (face->cells_ != cells) throw Failure(kInvalidCall);  // an object in it has changed it
+    face->Adopt(std::move(table));
+  }
+  return face->elements_;
 }
 
 Ref<WriteTable> XArrayDBFace::LinesOf(ThreadState& thread, IXArrayDB* array) {
   if (!array) return nullptr;
-  XArrayDBFace& face = From(thread, array);
-  if (face.elements_) throw Failure(kSubscriptOutOfRange);
-  if (!face.lines_) face.Adopt(WriteCells::TableOf(*face.cells_));
-  return face.lines_;
+  const auto face = From(thread, array);
+  if (face->elements_) throw Failure(kSubscriptOutOfRange);
+  if (!face->lines_) face->Adopt(WriteCells::TableOf(*face->cells_));
+  return face->lines_;
 }
 
 void XArrayDBFace::Adopt(Ref<ElementTable> table) {
-  auto cells = std::make_unique<ElementCells>(thread(), table);
+  std::shared_ptr<ArrayCells> cells = std::make_shared<ElementCells>(thread(), table);
   thread().SetFace(table.get(), static_cast<IXArrayDB*>(this));
-  cells_ = std::move(cells);
   elements_ = std::move(table);
   lines_ = nullptr;
+  std::swap(cells_, cells);  // the old ones go last
 }
 
 void XArrayDBFace::Adopt(Ref<WriteTable> lines) {
-  cells_ = std::make_unique<WriteCells>(lines);
+  std::shared_ptr<ArrayCells> cells = std::make_shared<WriteCells>(lines);
   lines_ = std::move(lines);
+  std::swap(cells_, cells);
 }
 
 void XArrayDBFace::LeaveShown() {
   if (elements_) thread().ForgetFace(elements_.get());
 }
 
-ArrayCells& XArrayDBFace::Changeable() {
+std::shared_ptr<ArrayCells> XArrayDBFace::Changeable() {
   if (lines_) {
-    cells_ = std::make_unique<ClientCells>(*cells_);
+    cells_ = std::make_shared<ClientCells>(*cells_);
     lines_ = nullptr;
   }
-  return *cells_;
+  return cells_;
 }
 
 STDMETHODIMP XArrayDBFace::get_Value(LONG lngRow, LONG lngColumn, VARIANT* pvntValue) {
   return Run([&] {
     RequirePointer(pvntValue);
     VariantInit(pvntValue);
-    *pvntValue = cells_->Get(lngRow, lngColumn).Detach();
+    const auto cells = cells_;
+    *pvntValue = cells->Get(lngRow, lngColumn).Detach();
   });
 }
 
 STDMETHODIMP XArrayDBFace::put_Value(LONG lngRow, LONG lngColumn, VARIANT vntValue) {
-  return Run([&] { Changeable().Set(lngRow, lngColumn, Variant::Copy(vntValue)); });
+  return Run([&] { Changeable()->Set(lngRow, lngColumn, Variant::Copy(vntValue)); });
 }
 
 STDMETHODIMP XArrayDBFace::putref_Value(LONG lngRow, LONG lngColumn, VARIANT vntValue) {
@@ -147,23 +152,23 @@ STDMETHODIMP XArrayDBFace::putref_Value(LONG lngRow, LONG lngColumn, VARIANT vnt
 STDMETHODIMP XArrayDBFace::ReDim(LONG lngLowerRow, LONG lngUpperRow, LONG lngLowerColumn,
                                  LONG lngUpperColumn) {
   return Run([&] {
-    Changeable().ReDim({lngLowerRow, lngUpperRow, lngLowerColumn, lngUpperColumn});
+    Changeable()->ReDim({lngLowerRow, lngUpperRow, lngLowerColumn, lngUpperColumn});
   });
 }
 
 STDMETHODIMP XArrayDBFace::AppendRows(LONG lngCount) {
   return Run([&] {
-    ArrayCells& cells = Changeable();
-    cells.InsertRows(cells.bounds().upper_row + 1, lngCount);
+    const auto cells = Changeable();
+    cells->InsertRows(cells->bounds().upper_row + 1, lngCount);
   });
 }
 
 STDMETHODIMP XArrayDBFace::InsertRows(LONG lngRow, LONG lngCount) {
-  return Run([&] { Changeable().InsertRows(lngRow, lngCount); });
+  return Run([&] { Changeable()->InsertRows(lngRow, lngCount); });
 }
 
 STDMETHODIMP XArrayDBFace::DeleteRows(LONG lngRow, LONG lngCount) {
-  return Run([&] { Changeable().DeleteRows(lngRow, lngCount); });
+  return Run([&] { Changeable()->DeleteRows(lngRow, lngCount); });
 }
 
 // `use` gives a dimension's lower and upper bound the form that is asked for.
@@ -196,7 +201,8 @@ STDMETHODIMP XArrayDBFace::Find(LONG lngStartRow, LONG lngColumn, VARIANT vntVal
                                 LONG lngDirection, LONG* plngRow) {
   return Run([&] {
     RequirePointer(plngRow);
-    const ArrayBounds bounds = cells_->bounds();
+    const auto cells = cells_;
+    const ArrayBounds bounds = cells->bounds();
     *plngRow = bounds.lower_row - 1;
     if (lngDirection != kForwards && lngDirection != kBackwards) throw Failure(kInvalidCall);
     if (bounds.rows() == 0) return;
@@ -204,7 +210,7 @@ STDMETHODIMP XArrayDBFace::Find(LONG lngStartRow, LONG lngColumn, VARIANT vntVal
     const Variant wanted = Variant::Copy(vntValue);
     const LONG step = lngDirection == kForwards ? 1 : -1;
     for (LONG row = lngStartRow; bounds.HasRow(row); row += step) {
-      if (!SameValue(cells_->Get(row, lngColumn), wanted)) continue;
+      if (!SameValue(cells->Get(row, lngColumn), wanted)) continue;
       *plngRow = row;
       return;
     }
@@ -219,21 +225,21 @@ STDMETHODIMP XArrayDBFace::QuickSort(LONG lngFirstRow, LONG lngLastRow, LONG lng
       throw Failure(kInvalidCall);
     }
     if (lngFirstRow > lngLastRow) return;
-    ArrayCells& cells = Changeable();
-    if (!cells.bounds().HasRow(lngFirstRow) || !cells.bounds().HasRow(lngLastRow)) {
+    const auto cells = Changeable();
+    if (!cells->bounds().HasRow(lngFirstRow) || !cells->bounds().HasRow(lngLastRow)) {
       throw Failure(kSubscriptOutOfRange);
     }
     const bool descending = lngOrder == kDescending;
     const auto number = [&](LONG row) {
-      return V_R8(&CellAs(cells.Get(row, lngColumn), VT_R8).get());
+      return V_R8(&CellAs(cells->Get(row, lngColumn), VT_R8).get());
     };
     const auto text = [&](LONG row) {
-      return FoldCase(ToUtf8(V_BSTR(&CellAs(cells.Get(row, lngColumn), VT_BSTR).get())));
+      return FoldCase(ToUtf8(V_BSTR(&CellAs(cells->Get(row, lngColumn), VT_BSTR).get())));
     };
-    cells.Reorder(lngFirstRow,
-                  lngType == kNumbers
-                      ? Sorted<double>(lngFirstRow, lngLastRow, descending, number)
-                      : Sorted<std::string>(lngFirstRow, lngLastRow, descending, text));
+    cells->Reorder(lngFirstRow,
+                   lngType == kNumbers
+                       ? Sorted<double>(lngFirstRow, lngLastRow, descending, number)
+                       : Sorted<std::string>(lngFirstRow, lngLastRow, descending, text));
   });
 }
 

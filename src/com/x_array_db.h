@@ -20,8 +20,8 @@ class XArrayDBFace final : public Dual<IXArrayDB> {
   // The one face of an array on the calling thread; none for none.
   static ComPtr<IXArrayDB> Of(const Ref<ElementTable>& table);
   static ComPtr<IXArrayDB> Of(const Ref<WriteTable>& lines);
-  // The element array or write array behind an argument, none for none. Failure 13 for an array
-  // of another kind or thread, 9 or 13 for one of the client's own that does not fit.
+  // The element array or write array behind an argument, none for none. DISP_E_TYPEMISMATCH for
+  // an object of another kind or thread, Failure 9 or 13 for an array that does not fit.
   static Ref<ElementTable> ElementsOf(ThreadState& thread, IXArrayDB* array);
   static Ref<WriteTable> LinesOf(ThreadState& thread, IXArrayDB* array);
 
@@ -43,16 +43,18 @@ class XArrayDBFace final : public Dual<IXArrayDB> {
 
  private:
   void* FindMore(REFIID iid) override;
-  static XArrayDBFace& From(ThreadState& thread, IXArrayDB* array);
+  static ComPtr<XArrayDBFace> From(ThreadState& thread, IXArrayDB* array);
 
   void Adopt(Ref<ElementTable> table);
   void Adopt(Ref<WriteTable> lines);
   void LeaveShown();
-  ArrayCells& Changeable();
+  std::shared_ptr<ArrayCells> Changeable();
   template <class Use>
   HRESULT ReturnBound(LONG dimension, LONG* result, Use&& use);
 
-  std::unique_ptr<ArrayCells> cells_;
+  // Objects in the cells may call back while the cells are at work, so whoever lets them work has
+  // a share of them.
+  std::shared_ptr<ArrayCells> cells_;
   Ref<ElementTable> elements_;  // the array of the core that is shown, if any
   Ref<WriteTable> lines_;
 };

@@ -14,6 +14,8 @@ const char* RunTimeErrorText(std::int32_t number) {
       return "Index außerhalb des gültigen Bereichs";
     case kTypeMismatch:
       return "Typen unverträglich";
+    case kOutOfStack:
+      return "Nicht genügend Stapelspeicher";
     case kInternalError:
       return "Interner Fehler";
     case kBadFileName:

@@ -13,6 +13,7 @@ enum RunTimeError : std::int32_t {
   kOutOfMemory = 7,
   kSubscriptOutOfRange = 9,
   kTypeMismatch = 13,
+  kOutOfStack = 28,
   kInternalError = 51,
   kBadFileName = 52,
   kFileNotFound = 53,

@@ -25,14 +25,18 @@ class Component {
   template <class Interface>
   ComPtr<Interface> Create(REFCLSID class_id) {
     ComPtr<Interface> object;
-    ComPtr<IClassFactory> factory;
-    result_ = get_class_object_(class_id, IID_IClassFactory, factory.PutVoid());
-    if (SUCCEEDED(result_)) {
+    const ComPtr<IClassFactory> factory = Factory(class_id);
+    if (factory) {
       result_ = factory->CreateInstance(nullptr, __uuidof(Interface), object.PutVoid());
     }
     return object;
   }
-  // Of the last Create.
+  ComPtr<IClassFactory> Factory(REFCLSID class_id) {
+    ComPtr<IClassFactory> factory;
+    result_ = get_class_object_(class_id, IID_IClassFactory, factory.PutVoid());
+    return factory;
+  }
+  // Of the last Create or Factory.
   HRESULT result() const { return result_; }
   HRESULT CanUnloadNow() { return can_unload_now_(); }
   void Unload();

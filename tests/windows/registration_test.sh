@@ -1,15 +1,18 @@
 #!/usr/bin/env bash
 # Registers the component, runs the scripts against it, unregisters it and finds the registry as it
 # was; then the same registration for the current user.
-#   registration_test.sh DLL SCRIPT_HOST SOURCES SYSTEM_FOLDER
+#   registration_test.sh DLL SCRIPT_HOST REGISTERED_CLIENT CLOSE_PROTOCOLS SOURCES SYSTEM_FOLDER
 set -euo pipefail
 dll=$1
 script_host=$2
-sources=$3
-system="C:\\windows\\$4"
+registered_client=$3
+close_protocols=$4
+sources=$5
+system="C:\\windows\\$6"
 scripts=$sources/tests/windows/scripts
 work=$(mktemp -d)
-trap 'regsvr32 /u || true; rm -rf "$work"' EXIT
+closer=
+trap 'regsvr32 /u || true; [ -z "$closer" ] || kill "$closer"; rm -rf "$work"' EXIT
 
 native() { printf 'Z:%s' "${1//\//\\}"; }
 regsvr32() { timeout 60 wine "$system\\regsvr32.exe" /s "$@" "$(native "$dll")" </dev/null; }
@@ -38,12 +41,19 @@ regsvr32 /u
 echo 'WScript.Quit 0' >"$work/nothing.vbs"
 timeout 60 wine "$system\\cscript.exe" //nologo "$(native "$work/nothing.vbs")" </dev/null
 
+# Nobody else closes the windows that tell of failures.
+timeout 600 wine "$close_protocols" </dev/null >/dev/null 2>&1 &
+closer=$!
+
 classes before
 [ -s "$work/before.txt" ]
 echo "== register"
 regsvr32
 grep -q 'Tessary Berichtskonvertierung' <<<"$(value 'HKLM\Software\Classes\Tessary.BXConvertLLMgr.1')"
 grep -q 'Tessary.BXLevel9.1' <<<"$(value 'HKLM\Software\Classes\Tessary.BXLevel9\CurVer')"
+
+echo "== client that asks the system"
+timeout 60 wine "$registered_client" </dev/null
 
 run_script tree.vbs
 run_script compare.vbs

@@ -210,14 +210,7 @@ std::optional<std::wstring> LinkTarget(const std::wstring& link) {
     if (error == ERROR_FILE_NOT_FOUND) throw Failure(kPathNotFound);
     FailWith(error);
   }
-  std::wstring target(MAX_PATH, L'\0');
-  while (true) {
-    const auto capacity = static_cast<DWORD>(target.size());
-    const DWORD size = GetFinalPathNameByHandleW(file.get(), target.data(), capacity, 0);
-    if (size == 0) return std::nullopt;
-    target.resize(size);
-    if (size < capacity) return target;
-  }
+  return FinalPathOf(file.get());
 }
 
 // The attributes of a file that may be replaced.
@@ -251,6 +244,7 @@ std::unique_ptr<WindowsReplacement> ReplaceExisting(std::wstring target) {
   std::optional<std::wstring> real = target;
   if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
     real = LinkTarget(target);
+    if (real) SettleBackupOf(*real);
     attributes = CheckedAttributes(real.value_or(target));
   }
   bool removable = false;

@@ -16,6 +16,11 @@ DWORD ChunkSize(std::size_t size) {
   return static_cast<DWORD>(std::min(size, kLargest));
 }
 
+// Some file servers number no files.
+bool HasIndex(const OpenedFile& file) {
+  return (file.info.nFileIndexHigh | file.info.nFileIndexLow) != 0;
+}
+
 bool TrySeek(HANDLE file, std::uint64_t pos) {
   LARGE_INTEGER distance;
   distance.QuadPart = static_cast<LONGLONG>(pos);
@@ -25,9 +30,25 @@ bool TrySeek(HANDLE file, std::uint64_t pos) {
 }  // namespace
 
 bool IsSameFile(const OpenedFile& a, const OpenedFile& b) {
+  if (!HasIndex(a) && !HasIndex(b)) {
+    const std::optional<std::wstring> path = FinalPathOf(a.handle.get());
+    const std::optional<std::wstring> other = FinalPathOf(b.handle.get());
+    return path && other && _wcsicmp(path->c_str(), other->c_str()) == 0;
+  }
   return a.info.dwVolumeSerialNumber == b.info.dwVolumeSerialNumber &&
          a.info.nFileIndexHigh == b.info.nFileIndexHigh &&
          a.info.nFileIndexLow == b.info.nFileIndexLow;
+}
+
+std::optional<std::wstring> FinalPathOf(HANDLE file) {
+  std::wstring path(MAX_PATH, L'\0');
+  while (true) {
+    const auto capacity = static_cast<DWORD>(path.size());
+    const DWORD size = GetFinalPathNameByHandleW(file, path.data(), capacity, 0);
+    if (size == 0) return std::nullopt;
+    path.resize(size);
+    if (size < capacity) return path;
+  }
 }
 
 FileHandle TryOpen(const std::wstring& path, DWORD access, DWORD share, DWORD disposition,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,9 @@ struct OpenedFile {
 
 // True when both are one file, whatever names they were opened by.
 bool IsSameFile(const OpenedFile& a, const OpenedFile& b);
+
+// The path of an open file, links followed; nothing when it has none.
+std::optional<std::wstring> FinalPathOf(HANDLE file);
 
 // Calls CreateFile; the result is not open, and the last error set, when that fails.
 FileHandle TryOpen(const std::wstring& path, DWORD access, DWORD share,
