@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds everything and runs all tests; installs what is missing. Ends with "N passed, N failed".
-#   scripts/test.sh          release and sanitizer builds, the protocol pages in a browser, and the
-#                            Windows products under Wine
+#   scripts/test.sh          release and sanitizer builds, the instruction counts, the protocol pages in a
+#                            browser, and the Windows products under Wine
 #   scripts/test.sh --fast   the native tests of the release build only
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -59,6 +59,7 @@ add_up() {
 build release
 run_tests release
 if [ "$fast" = no ]; then
+  add_up scripts/instruction-counts.sh
   build asan
   run_tests asan
   add_up scripts/page-tests.sh

@@ -43,10 +43,10 @@ void EngineContext::Bury(Ref<ElementTable> array) noexcept {
 
 Ref<Level> EngineContext::ChildOf(ElementTable& array, std::int32_t row) {
   const Element& element = array.Row(row);
-  if (!element.child && element.HasChild()) {
-    array.SetChild(row, CreateLevel(element.pending_child));
-  }
-  return array.Row(row).child;
+  if (element.child || !element.HasChild()) return element.child;
+  Ref<Level> child = CreateLevel(element.pending_child);
+  array.SetChild(row, child);
+  return child;
 }
 
 }  // namespace tessary

@@ -6,6 +6,7 @@
 #include "levels/level_factory.h"
 #include "manager/convert_ll_mgr.h"
 #include "manager/operation_frame.h"
+#include "manager/report_io.h"
 #include "manager/user_section.h"
 #include "platform/path.h"
 #include "platform/text.h"
@@ -139,7 +140,7 @@ std::string BXConvertLLMgr::WriteDifferences(Step& step, const Ref<EngineContext
   // Without a folder the file would land in the root.
   if (diff_folder.empty() || IsUnsafeFileName(name)) throw Failure(kBadFileName);
   ShowStep("Differenzdatei " + name + " wird geschrieben");
-  WriteFile(context, path, lines);
+  WriteFile(context, path, lines, FileKind::kDifferenceFile);
   WarnOfSameName(name, pair.old_name);
   return name;
 }
