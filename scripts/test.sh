@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds everything and runs all tests; installs what is missing. Ends with "N passed, N failed".
-#   scripts/test.sh          release and sanitizer builds
+#   scripts/test.sh          release and sanitizer builds, the instruction counts, the protocol pages in a
+#                            browser, and the Windows products under Wine
 #   scripts/test.sh --fast   the native tests of the release build only
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -41,11 +42,28 @@ run_tests() {
   failed=$((failed + ${bad:-0}))
 }
 
+# add_up SCRIPT [ARGUMENT...]: runs tests that end with "N passed, N failed" and adds their numbers.
+add_up() {
+  local log="build/$(basename "$1").log" line
+  mkdir -p build
+  "$@" 2>&1 | tee "$log" || true
+  line=$(tail -n 1 "$log")
+  if [[ "$line" =~ ^([0-9]+)" passed, "([0-9]+)" failed"$ ]]; then
+    passed=$((passed + BASH_REMATCH[1]))
+    failed=$((failed + BASH_REMATCH[2]))
+  else
+    failed=$((failed + 1))
+  fi
+}
+
 build release
 run_tests release
 if [ "$fast" = no ]; then
+  add_up scripts/instruction-counts.sh
   build asan
   run_tests asan
+  add_up scripts/page-tests.sh
+  add_up scripts/windows-tests.sh
 fi
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]

@@ -23,8 +23,15 @@ Public Function ConvertFolder(ByVal strDiffFolder As String, ByVal strReportFold
     Set manager = New Tessary.BXConvertLLMgr
     If Not manager.ConvertReports(strDiffFolder, strReportFolder, "") Then ConvertFolder = 1
     For Each entry In manager.Errors
-        Debug.Print entry.Source & ": " & entry.Text & " (" & Hex$(entry.Number) & ")"
+        Tell entry.Source & ": " & entry.Text & " (" & Hex$(entry.Number) & ")"
     Next
-    Debug.Print manager.CountCorrectReports & " Umwandlungen gelungen"
-    If ConvertFolder <> 0 Then Debug.Print "Nicht alle Umwandlungen sind gelungen."
+    Tell manager.CountCorrectReports & " Umwandlungen gelungen"
+    If ConvertFolder <> 0 Then Tell "Nicht alle Umwandlungen sind gelungen."
 End Function
+
+' Im Programm auf die Standardausgabe, in der Entwicklungsumgebung ins Direktfenster.
+Private Sub Tell(ByVal strLine As String)
+    Debug.Print strLine
+    On Error Resume Next
+    CreateObject("Scripting.FileSystemObject").GetStandardStream(1).WriteLine strLine
+End Sub

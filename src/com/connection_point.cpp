@@ -33,6 +33,14 @@ std::vector<ComPtr<IDispatch>> ConnectionPoint::Sinks() const {
   return sinks;
 }
 
+template <class Body>
+HRESULT ConnectionPoint::Run(Body&& body) {
+  return Guarded(kOrigin, [&] {
+    if (!thread_.IsCurrent()) throw ComError{RPC_E_WRONG_THREAD};
+    body();
+  });
+}
+
 STDMETHODIMP ConnectionPoint::QueryInterface(REFIID iid, void** object) {
   if (!object) return E_POINTER;
   *object = nullptr;
@@ -55,7 +63,7 @@ STDMETHODIMP ConnectionPoint::GetConnectionPointContainer(IConnectionPointContai
 }
 
 STDMETHODIMP ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
-  return Guarded(kOrigin, [&] {
+  return Run([&] {
     RequirePointer(cookie);
     *cookie = 0;
     RequirePointer(sink);
@@ -70,15 +78,16 @@ STDMETHODIMP ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
 }
 
 STDMETHODIMP ConnectionPoint::Unadvise(DWORD cookie) {
-  const auto found = sinks_.find(cookie);
-  if (found == sinks_.end()) return CONNECT_E_NOCONNECTION;
-  const ComPtr<IDispatch> released = std::move(found->second);  // after it is out of the list
-  sinks_.erase(found);
-  return S_OK;
+  return Run([&] {
+    const auto found = sinks_.find(cookie);
+    if (found == sinks_.end()) throw ComError{CONNECT_E_NOCONNECTION};
+    const ComPtr<IDispatch> released = std::move(found->second);  // after it is out of the list
+    sinks_.erase(found);
+  });
 }
 
 STDMETHODIMP ConnectionPoint::EnumConnections(IEnumConnections** connections) {
-  return Guarded(kOrigin, [&] {
+  return Run([&] {
     RequirePointer(connections);
     *connections = nullptr;
     std::vector<Connection> items;

@@ -5,6 +5,7 @@
 
 #include "com/com_ptr.h"
 #include "com/system.h"
+#include "com/thread_state.h"
 
 namespace tessary::com {
 
@@ -12,8 +13,8 @@ namespace tessary::com {
 // its references count as references to that object.
 class ConnectionPoint final : public IConnectionPoint {
  public:
-  ConnectionPoint(IConnectionPointContainer& owner, const IID& events)
-      : owner_(owner), events_(events) {}
+  ConnectionPoint(IConnectionPointContainer& owner, const ThreadState& thread, const IID& events)
+      : owner_(owner), thread_(thread), events_(events) {}
 
   // The sinks as they are now; each stays alive while it is being called.
   std::vector<ComPtr<IDispatch>> Sinks() const;
@@ -29,7 +30,11 @@ class ConnectionPoint final : public IConnectionPoint {
   STDMETHODIMP EnumConnections(IEnumConnections** connections) override;
 
  private:
+  template <class Body>
+  HRESULT Run(Body&& body);
+
   IConnectionPointContainer& owner_;
+  const ThreadState& thread_;
   const IID& events_;
   std::map<DWORD, ComPtr<IDispatch>> sinks_;
   DWORD last_cookie_ = 0;

@@ -94,15 +94,15 @@ void* LevelFace::FindMore(REFIID iid) {
   return iid == kOwnLevel ? this : nullptr;
 }
 
-Ref<ElementTable> LevelFace::Elements(IXArrayDB** array) const {
-  RequirePointer(array);
-  return Tree(XArrayDBFace::ElementsOf(thread(), *array));
+Ref<ElementTable> LevelFace::Elements(IXArrayDB* array) const {
+  Ref<ElementTable> elements = XArrayDBFace::ElementsOf(thread(), array);
+  RequireNoCycle(*level_, elements);
+  return elements;
 }
 
-Ref<ElementTable> LevelFace::Tree(Ref<ElementTable> array) const {
-  RequireTree(level_->ElementArray());
-  RequireTree(array);
-  return array;
+Ref<ElementTable> LevelFace::Elements(IXArrayDB** array) const {
+  RequirePointer(array);
+  return Elements(*array);
 }
 
 STDMETHODIMP LevelFace::Add(BSTR strName, ::bxsBXStatus bxsStatus, BSTR strKey, BSTR strTyp,
@@ -121,11 +121,7 @@ STDMETHODIMP LevelFace::Add(BSTR strName, ::bxsBXStatus bxsStatus, BSTR strKey, 
 }
 
 STDMETHODIMP LevelFace::putref_ElementArray(IXArrayDB* aElement) {
-  return RunInEngine([&] {
-    const Ref<ElementTable> array = XArrayDBFace::ElementsOf(thread(), aElement);
-    RequireNoCycle(*level_, array);
-    level_->SetElementArray(array);
-  });
+  return RunInEngine([&] { level_->SetElementArray(Elements(aElement)); });
 }
 
 STDMETHODIMP LevelFace::get_ElementArray(IXArrayDB** ppaElement) {
@@ -197,17 +193,13 @@ STDMETHODIMP LevelFace::PrepareWriting(IXArrayDB** aWrite, LONG lngLevel) {
   return RunInEngine([&] {
     RequirePointer(aWrite);
     Ref<WriteTable> lines = XArrayDBFace::LinesOf(thread(), *aWrite);
-    RequireTree(level_->ElementArray());
     level_->PrepareWriting(lines, lngLevel);
     if (!*aWrite) *aWrite = XArrayDBFace::Of(lines).Detach();
   });
 }
 
 STDMETHODIMP LevelFace::Convert(IXArrayDB* aReport, IXArrayDB* aDiffFile) {
-  return RunInEngine([&] {
-    level_->Convert(Tree(XArrayDBFace::ElementsOf(thread(), aReport)),
-                    Tree(XArrayDBFace::ElementsOf(thread(), aDiffFile)));
-  });
+  return RunInEngine([&] { level_->Convert(Elements(aReport), Elements(aDiffFile)); });
 }
 
 STDMETHODIMP LevelFace::EnumConnectionPoints(IEnumConnectionPoints** points) {

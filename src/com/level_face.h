@@ -55,13 +55,14 @@ class LevelFace final : public Dual<IBXLevelBasis>,
 
   void* FindMore(REFIID iid) override;
   void BeforeInsert(const Element& element) override;
+  // The element array behind an argument, which this level may take over without getting below
+  // itself.
+  Ref<ElementTable> Elements(IXArrayDB* array) const;
   Ref<ElementTable> Elements(IXArrayDB** array) const;
-  // The same array, once it and this level's own are known to be safe for the engine.
-  Ref<ElementTable> Tree(Ref<ElementTable> array) const;
 
   const ContextUse use_{thread()};
   const Ref<Level> level_;
-  ConnectionPoint before_insert_{*this, DIID__IBXLevelBasisEvents};
+  ConnectionPoint before_insert_{*this, thread(), DIID__IBXLevelBasisEvents};
 };
 
 }  // namespace tessary::com

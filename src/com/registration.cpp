@@ -43,15 +43,18 @@ class RegistryKey {
   HKEY key_ = nullptr;
 };
 
-// Turns HKEY_CLASSES_ROOT into the current user's part of it.
-class ClassesOfCurrentUser {
+// Turns HKEY_CLASSES_ROOT, which shows the machine's and the current user's classes as one, into
+// one of these parts: what is written or deleted must not land in the other.
+class ClassesOf {
  public:
-  ClassesOfCurrentUser() : classes_(HKEY_CURRENT_USER, L"Software\\Classes") {
+  explicit ClassesOf(RegistrationScope scope)
+      : classes_(scope == RegistrationScope::kMachine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER,
+                 L"Software\\Classes") {
     CheckRegistry(RegOverridePredefKey(HKEY_CLASSES_ROOT, classes_.get()));
   }
-  ~ClassesOfCurrentUser() { RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr); }
-  ClassesOfCurrentUser(const ClassesOfCurrentUser&) = delete;
-  ClassesOfCurrentUser& operator=(const ClassesOfCurrentUser&) = delete;
+  ~ClassesOf() { RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr); }
+  ClassesOf(const ClassesOf&) = delete;
+  ClassesOf& operator=(const ClassesOf&) = delete;
 
  private:
   RegistryKey classes_;
@@ -144,28 +147,19 @@ void UnregisterTypeLibrary(RegistrationScope scope) {
   Check(function(LIBID_Tessary, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL, kSystem));
 }
 
-template <class Body>
-void InScope(RegistrationScope scope, Body&& body) {
-  if (scope == RegistrationScope::kMachine) return body();
-  const ClassesOfCurrentUser current_user;
-  body();
-}
-
 }  // namespace
 
 void Register(RegistrationScope scope) {
-  InScope(scope, [&] {
-    const std::wstring path = ModulePath();
-    for (const CreatableClass& entry : CreatableClasses()) RegisterClass(entry, path);
-    RegisterTypeLibrary(scope);
-  });
+  const ClassesOf classes(scope);
+  const std::wstring path = ModulePath();
+  for (const CreatableClass& entry : CreatableClasses()) RegisterClass(entry, path);
+  RegisterTypeLibrary(scope);
 }
 
 void Unregister(RegistrationScope scope) {
-  InScope(scope, [&] {
-    for (const CreatableClass& entry : CreatableClasses()) UnregisterClass(entry);
-    UnregisterTypeLibrary(scope);
-  });
+  const ClassesOf classes(scope);
+  for (const CreatableClass& entry : CreatableClasses()) UnregisterClass(entry);
+  UnregisterTypeLibrary(scope);
 }
 
 }  // namespace tessary::com

@@ -1,6 +1,5 @@
 #include "com/report_file_face.h"
 
-#include "com/nesting.h"
 #include "com/text.h"
 #include "com/x_array_db.h"
 
@@ -34,7 +33,6 @@ STDMETHODIMP ReportFileFace::GetFirstLine(BSTR* pstrLine) {
   return RunInEngine([&] {
     RequirePointer(pstrLine);
     *pstrLine = nullptr;
-    RequireTree(report_.ReportFile());
     ReturnText(report_.GetFirstLine(), pstrLine);
   });
 }

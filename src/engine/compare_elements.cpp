@@ -25,6 +25,13 @@ Symbol KeyAt(const Ref<ElementTable>& array, std::int32_t row) {
   return row > array->rows() ? Symbol::kEmpty : array->Row(row).key[bxeaKey];
 }
 
+// True for elements of the same value that have a child level each which nobody has used. Nearly
+// all pairs are like this.
+bool IsSameProperty(const Element& a, const Element& b) {
+  return a.pending_child != Element::kNoChild && b.pending_child != Element::kNoChild &&
+         EqualsIgnoreCase(a.value(), b.value());
+}
+
 std::int32_t RowsOf(const Ref<ElementTable>& array) {
   if (!array) throw Failure(kObjectNotSet);
   return array->rows();
@@ -69,25 +76,30 @@ void BXLevelBasis::CheckMissingElements(const Ref<ElementTable>& aSource,
   const Procedure procedure = InProcedure("BXLevelBasis_CheckMissingElements",
                                           "Fehler beim Überprüfen fehlender Elemente.");
   procedure.Run([&] {
-    std::vector<std::uint8_t> missing(static_cast<std::size_t>(RowsOf(aSource)));
+    std::vector<std::uint8_t> missing;
+    std::int32_t near = 1;
     for (std::int32_t row = 1; row <= RowsOf(aSource); ++row) {
       context_->Yield();
       const Element& element = aSource->Row(row);
-      missing[static_cast<std::size_t>(row) - 1] =
-          element.status == bxsStatus || FindElement(aDest, element.key.Identity()) == 0;
+      const bool in_dest = !IsArrayEmpty(aDest) && aDest->Contains(element.key.Identity(), near);
+      if (in_dest && element.status != bxsStatus) continue;
+      missing.resize(static_cast<std::size_t>(RowsOf(aSource)));
+      missing[static_cast<std::size_t>(row) - 1] = 1;
     }
     TakeOver(aSource, missing, bxsStatus);
   });
 }
 
+// `marked` is empty where no row is.
 void BXLevelBasis::TakeOver(const Ref<ElementTable>& source,
                             const std::vector<std::uint8_t>& marked, BXStatus status) {
   std::vector<Element> taken;
   for (std::int32_t row = 1; row <= RowsOf(source); ++row) {
     context_->Yield();
-    if (marked[static_cast<std::size_t>(row) - 1]) taken.push_back(source->Row(row));
+    if (marked.empty() || !marked[static_cast<std::size_t>(row) - 1]) continue;
+    taken.push_back(source->Row(row));
   }
-  source->DeleteMarked(marked);
+  if (!marked.empty()) source->DeleteMarked(marked);
   for (const Element& element : taken) Record(element, status);
 }
 
@@ -157,14 +169,17 @@ void BXLevelBasis::CompareElements(const Ref<ElementTable>& aOldElement,
     const std::int32_t rows = RowsOf(aNewElement);
     for (std::int32_t row = 1; row <= rows; ++row) {
       context_->Yield();
-      const Element element = aNewElement->Row(row);
-      if (skipped != Symbol::kEmpty && pool().Same(element.key[bxeaKey], skipped)) continue;
-      const std::int32_t old_row = FindElement(
-          aOldElement, pairing.by_identity_alone ? element.key.Identity() : element.key);
+      const ElementKey key = aNewElement->Row(row).key;
+      if (skipped != Symbol::kEmpty && pool().Same(key[bxeaKey], skipped)) continue;
+      const std::int32_t old_row =
+          FindElement(aOldElement, pairing.by_identity_alone ? key.Identity() : key);
       if (old_row == 0) {
         ReportUnpaired();
+      } else if (IsSameProperty(aOldElement->Row(old_row), aNewElement->Row(row))) {
+        PassUnchanged();
       } else {
-        ComparePair(Element(aOldElement->Row(old_row)), element, child_class);
+        ComparePair(Element(aOldElement->Row(old_row)), Element(aNewElement->Row(row)),
+                    child_class);
       }
     }
   });
@@ -188,6 +203,12 @@ void BXLevelBasis::ComparePair(const Element& old_element, const Element& new_el
   bool differs = !EqualsIgnoreCase(old_element.value(), new_element.value());
   if (child_class != Element::kNoChild) differs |= ContentsDiffer(old_element, new_element);
   if (!differs) m_aElement->Delete(m_aElement->rows());
+}
+
+// What is left of recording an element and taking it back.
+void BXLevelBasis::PassUnchanged() {
+  context_->errors().objErrors->Reset();
+  Array();
 }
 
 // Compares the contents of a pair into the child level of the element recorded last.

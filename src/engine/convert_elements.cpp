@@ -27,6 +27,7 @@ void BXLevelBasis::Convert(const Ref<ElementTable>& aReport, const Ref<ElementTa
   const Procedure preparation{context_->errors(), m_strLevelClassName, kName,
                               "Fehler beim Vorbereiten der Konvertierung.",
                               Procedure::Message::kAlways};
+  const Descent descent(*context_);
   preparation.Run([&] {
     m_aElement = aReport;
     PrepareConversion(aDiffFile);
@@ -36,6 +37,7 @@ void BXLevelBasis::Convert(const Ref<ElementTable>& aReport, const Ref<ElementTa
     for (std::int32_t row = 1; row <= aDiffFile->rows(); ++row) {
       context_->Yield();
       if (row > 1 && aDiffFile->Row(row).status != aDiffFile->Row(row - 1).status) {
+        if (before_insert_) before_insert_->CompleteInsertions();
         aReport->Settle();
       }
       ApplyDifference(aDiffFile, row);
@@ -69,6 +71,7 @@ void BXLevelBasis::ApplyDifference(const Ref<ElementTable>& aDiffFile, std::int3
 void BXLevelBasis::AnnounceInsertion(ElementTable& aDiffFile, std::int32_t lngRow) {
   if (before_insert_) before_insert_->BeforeInsert(aDiffFile.Row(lngRow));
   if (!insertion_observer_) return;
+  if (before_insert_) before_insert_->CompleteInsertions();
   ChildOf(aDiffFile, lngRow);
   const Element announced = aDiffFile.Row(lngRow);
   insertion_observer_->BeforeInsert(announced);

@@ -68,6 +68,12 @@ void SplitDiffLine(std::string_view line, DiffLine& result) {
   if (result.status != bxsUnknown) result.text = TrimBlanks(halves->after);
 }
 
+// Every description begins like this; hardly any line of a report does.
+bool BeginsWithLetter(std::string_view line) {
+  const std::string_view text = TrimLeadingBlanks(line);
+  return !text.empty() && LetterToStatus(text.substr(0, 1)) != bxsUnknown;
+}
+
 }  // namespace
 
 std::string_view StatusToLetter(BXStatus status) {
@@ -102,9 +108,9 @@ void ElementToDiffText(BXStatus status, const DiffFields& fields, std::string& l
 
 void DiffTextToElement(std::string_view line, DiffLine& result) {
   result.text = line;
+  if (result.status != bxsUnknown) result.fields.fill({});
   result.status = bxsUnknown;
-  result.fields.fill({});
-  SplitDiffLine(line, result);
+  if (BeginsWithLetter(line)) SplitDiffLine(line, result);
 }
 
 }  // namespace tessary

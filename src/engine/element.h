@@ -66,6 +66,7 @@ struct Element {
   std::uint32_t value_size = 0;
   std::int8_t status = bxsUnknown;
   std::int8_t pending_child = kNoChild;
+  bool line_id_due = false;  // a table line whose "LineID" does not yet state the number in its key
   Ref<Level> child;
 
   std::string_view value() const { return {value_text, value_size}; }

@@ -9,20 +9,19 @@
 
 #include "engine/element_index.h"
 
-#include <limits>
-
 #include "engine/find_element.h"
 
 namespace tessary {
 namespace {
 
-constexpr std::uint32_t kGroupMark = 1u << 31;  // keeps (number, type) apart from (name, key)
+constexpr std::size_t kFirstSize = 32;
 
 }  // namespace
 
 ElementIndex::ElementIndex(const TextPool& pool, const std::vector<Element>& slots,
                            const std::vector<std::uint32_t>& row_order)
     : pool_(pool), slots_(slots) {
+  Grow(kFirstSize);
   group_of_.assign(slots.size(), kNone);
   next_.assign(slots.size(), kNone);
   for (const std::uint32_t slot : row_order) Appended(slot);
@@ -32,20 +31,40 @@ std::uint32_t ElementIndex::Folded(const ElementKey& key, BXElementArray column)
   return static_cast<std::uint32_t>(pool_.Fold(key[column]));
 }
 
-std::uint32_t ElementIndex::FindGroup(const ElementKey& key) const {
-  const std::uint32_t number = identities_.Find(Folded(key, bxeaName), Folded(key, bxeaKey));
-  return number == kNone ? kNone : identities_.Find(number | kGroupMark, Folded(key, bxeaTyp));
+bool ElementIndex::IsOfIdentity(std::uint32_t group, const ElementKey& key) const {
+  const ElementKey& other = slots_[groups_[group].example].key;
+  return pool_.Same(other[bxeaName], key[bxeaName]) && pool_.Same(other[bxeaKey], key[bxeaKey]) &&
+         pool_.Same(other[bxeaTyp], key[bxeaTyp]);
 }
 
-std::uint32_t ElementIndex::AddGroup(const ElementKey& key) {
-  std::uint32_t& number = identities_.At(Folded(key, bxeaName), Folded(key, bxeaKey));
-  if (number == kNone) number = static_cast<std::uint32_t>(groups_.size());
-  std::uint32_t& group = identities_.At(number | kGroupMark, Folded(key, bxeaTyp));
+// Where the group of this identity stands in the hash table, or where it would.
+std::size_t ElementIndex::PlaceOf(const ElementKey& key) const {
+  const std::size_t mask = places_.size() - 1;
+  std::uint64_t hash = Folded(key, bxeaName) * 0x9E3779B97F4A7C15u;
+  hash = (hash ^ (hash >> 32) ^ Folded(key, bxeaKey)) * 0xFF51AFD7ED558CCDu;
+  hash = (hash ^ (hash >> 32) ^ Folded(key, bxeaTyp)) * 0x9E3779B97F4A7C15u;
+  std::size_t place = static_cast<std::size_t>(hash ^ (hash >> 32)) & mask;
+  while (places_[place] != kNone && !IsOfIdentity(places_[place], key)) place = (place + 1) & mask;
+  return place;
+}
+
+std::uint32_t ElementIndex::FindGroup(const ElementKey& key) const { return places_[PlaceOf(key)]; }
+
+std::uint32_t ElementIndex::AddGroup(std::uint32_t slot) {
+  if (2 * (groups_.size() + 1) > places_.size()) Grow(2 * places_.size());
+  std::uint32_t& group = places_[PlaceOf(slots_[slot].key)];
   if (group == kNone) {
     group = static_cast<std::uint32_t>(groups_.size());
-    groups_.push_back({kNone, kNone, 0, kNone});
+    groups_.push_back({slot, kNone, kNone, 0, kNone});
   }
   return group;
+}
+
+void ElementIndex::Grow(std::size_t size) {
+  places_.assign(size, kNone);
+  for (std::uint32_t group = 0; group < groups_.size(); ++group) {
+    places_[PlaceOf(slots_[groups_[group].example].key)] = group;
+  }
 }
 
 void ElementIndex::Appended(std::uint32_t slot) {
@@ -53,7 +72,7 @@ void ElementIndex::Appended(std::uint32_t slot) {
     group_of_.resize(slot + 1, kNone);
     next_.resize(slot + 1, kNone);
   }
-  const std::uint32_t number = AddGroup(slots_[slot].key);
+  const std::uint32_t number = AddGroup(slot);
   Group& group = groups_[number];
   group_of_[slot] = number;
   next_[slot] = kNone;

@@ -41,6 +41,7 @@ class ElementIndex {
  private:
   // Elements of one identity, chained in row order.
   struct Group {
+    std::uint32_t example;  // a slot of this identity, perhaps an erased one
     std::uint32_t head;
     std::uint32_t tail;
     std::uint32_t live;
@@ -55,8 +56,11 @@ class ElementIndex {
     bool expanded;
   };
 
+  bool IsOfIdentity(std::uint32_t group, const ElementKey& key) const;
+  std::size_t PlaceOf(const ElementKey& key) const;
   std::uint32_t FindGroup(const ElementKey& key) const;
-  std::uint32_t AddGroup(const ElementKey& key);
+  std::uint32_t AddGroup(std::uint32_t slot);
+  void Grow(std::size_t size);
   std::uint32_t FirstOf(Group& group);
   std::uint32_t FirstOf(Node& node);
   bool IsSingle(Node& node);
@@ -69,8 +73,8 @@ class ElementIndex {
 
   const TextPool& pool_;
   const std::vector<Element>& slots_;
-  PairMap identities_;  // (name, key) to a number, then (number, type) to a group
   std::vector<Group> groups_;
+  std::vector<std::uint32_t> places_;    // hash table of groups, open addressing; kNone where free
   std::vector<std::uint32_t> group_of_;  // by slot; kNone for an erased one
   std::vector<std::uint32_t> next_;      // by slot: the next member of its group
   std::vector<Node> nodes_;

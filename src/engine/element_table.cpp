@@ -19,6 +19,7 @@
 namespace tessary {
 namespace {
 
+constexpr std::size_t kFirstSlots = 4;
 constexpr std::int32_t kAlwaysScanned = 12;
 constexpr std::int32_t kScansBeforeIndex = 4;
 
@@ -28,6 +29,11 @@ std::vector<std::uint32_t> FlatOrder(std::size_t count) {
   std::vector<std::uint32_t> slots(count);
   std::iota(slots.begin(), slots.end(), 0u);
   return slots;
+}
+
+bool SameIdentity(const TextPool& pool, const ElementKey& a, const ElementKey& b) {
+  return pool.Same(a[bxeaName], b[bxeaName]) && pool.Same(a[bxeaKey], b[bxeaKey]) &&
+         pool.Same(a[bxeaTyp], b[bxeaTyp]);
 }
 
 // The number of position columns in which both agree, counted from the first.
@@ -46,10 +52,6 @@ ElementTable::ElementTable(Ref<TextPool> pool) : pool_(std::move(pool)) {}
 
 ElementTable::~ElementTable() = default;
 
-std::int32_t ElementTable::rows() const {
-  return static_cast<std::int32_t>(order_ ? order_->size() : slots_.size());
-}
-
 std::size_t ElementTable::Slot(std::int32_t row) const {
   if (row < 1 || row > rows()) throw Failure(kSubscriptOutOfRange);
   const auto place = static_cast<std::uint32_t>(row - 1);
@@ -65,15 +67,16 @@ RowOrder& ElementTable::Edit() {
   return *order_;
 }
 
-void ElementTable::Append(Element element) {
+void ElementTable::Append(Element&& element) {
   if (slots_.size() >= std::numeric_limits<std::int32_t>::max()) throw Failure(kOutOfMemory);
   const auto slot = static_cast<std::uint32_t>(slots_.size());
+  if (slot == 0) slots_.reserve(kFirstSlots);
   slots_.push_back(std::move(element));
   if (order_) order_->Insert(order_->size(), slot);
   if (index_) index_->Appended(slot);
 }
 
-void ElementTable::Insert(std::int32_t row, Element element) {
+void ElementTable::Insert(std::int32_t row, Element&& element) {
   if (row == rows() + 1) return Append(std::move(element));
   Slot(row);
   ++rearrangements_;
@@ -139,6 +142,18 @@ void ElementTable::SetText(std::int32_t row, BXElementArray column, Symbol text)
   }
 }
 
+void ElementTable::FillNext(std::int32_t row, const ElementKey& next) {
+  const std::size_t slot = Slot(row);
+  ElementKey& key = slots_[slot].key;
+  const auto fill = [](Symbol& empty, Symbol text) {
+    if (empty == Symbol::kEmpty) empty = text;
+  };
+  fill(key[bxeaPosNextName], next[bxeaName]);
+  fill(key[bxeaPosNextKey], next[bxeaKey]);
+  fill(key[bxeaPosNextTyp], next[bxeaTyp]);
+  if (index_) index_->PositionChanged(static_cast<std::uint32_t>(slot));
+}
+
 void ElementTable::SetValue(std::int32_t row, std::string_view value) {
   slots_[Slot(row)].set_value(pool_->Keep(value));
 }
@@ -184,23 +199,32 @@ std::int32_t ElementTable::Find(const ElementKey& wanted) const {
   return slot == ElementIndex::kNone ? 0 : RowOfSlot(slot);
 }
 
+// Two releases mostly have their elements in the same order.
+bool ElementTable::Contains(const ElementKey& identity, std::int32_t& near) const {
+  const bool there = near >= 1 && near <= rows() && SameIdentity(*pool_, Row(near).key, identity);
+  const std::int32_t row = there ? near : Find(identity);
+  if (row != 0) near = row + 1;
+  return row != 0;
+}
+
 // Narrowing column by column ends with the elements that agree in most leading columns, so one
-// pass that remembers the best element so far finds the same one.
+// pass that remembers the best element so far finds the same one; none can be better than one that
+// agrees in all.
 std::int32_t ElementTable::Scan(const ElementKey& wanted) const {
+  const Symbol key = pool_->Fold(wanted[bxeaKey]);  // tells most elements apart
+  std::int32_t row = 0;
   std::int32_t best = 0;
   std::size_t best_columns = 0;
-  for (std::int32_t row = 1; row <= rows(); ++row) {
-    const ElementKey& key = Row(row).key;
-    if (!pool_->Same(key[bxeaName], wanted[bxeaName]) ||
-        !pool_->Same(key[bxeaKey], wanted[bxeaKey]) ||
-        !pool_->Same(key[bxeaTyp], wanted[bxeaTyp])) {
-      continue;
-    }
-    const std::size_t columns = AgreeingColumns(*pool_, key, wanted);
-    if (best != 0 && columns <= best_columns) continue;
+  ForEachFrom(*this, 1, [&](const Element& element) {
+    ++row;
+    if (pool_->Fold(element.key[bxeaKey]) != key) return true;
+    if (!SameIdentity(*pool_, element.key, wanted)) return true;
+    const std::size_t columns = AgreeingColumns(*pool_, element.key, wanted);
+    if (best != 0 && columns <= best_columns) return true;
     best = row;
     best_columns = columns;
-  }
+    return columns < kPositionColumns.size();
+  });
   return best;
 }
 

@@ -1,15 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
+#include "engine/element_table.h"
 #include "engine/error_collection.h"
 #include "engine/ref.h"
 #include "engine/text_pool.h"
+#include "platform/failure.h"
 #include "platform/message_loop.h"
 
 namespace tessary {
 
-class ElementTable;
 class EngineContext;
 class Level;
 
@@ -30,14 +32,39 @@ class EngineContext : public RefCounted {
     if (loop_) loop_->Yield();
   }
   Ref<Level> CreateLevel(int number);
+  // Takes over an array that nobody else holds as a rule, and lets go of it. Arrays that go with it
+  // wait for their turn instead of nesting calls as deep as levels are nested.
+  void Bury(Ref<ElementTable> array) noexcept;
   // The child level of a row, which comes into being here where it was only noted so far.
   Ref<Level> ChildOf(ElementTable& array, std::int32_t row);
 
  private:
+  friend class Descent;
+  static constexpr int kDeepest = 200;  // reports have ten levels
+
   Ref<TextPool> pool_ = MakeRef<TextPool>();
   SharedErrors& errors_;
   MessageLoop* loop_;
   LevelFactory create_level_;
+  int depth_ = 0;
+  std::vector<Ref<ElementTable>> buried_;
+  bool burying_ = false;
+};
+
+// One step down of a member that calls itself for the levels below. Raises Failure 28 where
+// levels are nested deeper than the stack may take, or without end.
+class Descent {
+ public:
+  explicit Descent(EngineContext& context) : context_(context) {
+    if (context_.depth_ == EngineContext::kDeepest) throw Failure(kOutOfStack);
+    ++context_.depth_;
+  }
+  ~Descent() { --context_.depth_; }
+  Descent(const Descent&) = delete;
+  Descent& operator=(const Descent&) = delete;
+
+ private:
+  EngineContext& context_;
 };
 
 }  // namespace tessary

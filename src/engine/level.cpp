@@ -1,5 +1,7 @@
 #include "engine/level.h"
 
+#include <new>
+
 #include "engine/element_table.h"
 #include "engine/engine_context.h"
 #include "platform/failure.h"
@@ -24,12 +26,27 @@ Ref<Level> EngineContext::CreateLevel(int number) {
   return create_level_(Ref<EngineContext>(this), number);
 }
 
+void EngineContext::Bury(Ref<ElementTable> array) noexcept {
+  try {
+    buried_.push_back(std::move(array));
+  } catch (const std::bad_alloc&) {
+    return;  // it goes now, with nested calls
+  }
+  if (burying_) return;
+  burying_ = true;
+  while (!buried_.empty()) {
+    const Ref<ElementTable> next = std::move(buried_.back());
+    buried_.pop_back();
+  }
+  burying_ = false;
+}
+
 Ref<Level> EngineContext::ChildOf(ElementTable& array, std::int32_t row) {
   const Element& element = array.Row(row);
-  if (!element.child && element.HasChild()) {
-    array.SetChild(row, CreateLevel(element.pending_child));
-  }
-  return array.Row(row).child;
+  if (element.child || !element.HasChild()) return element.child;
+  Ref<Level> child = CreateLevel(element.pending_child);
+  array.SetChild(row, child);
+  return child;
 }
 
 }  // namespace tessary

@@ -16,6 +16,9 @@ class BeforeInsertHandler {
  public:
   virtual ~BeforeInsertHandler() = default;
   virtual void BeforeInsert(const Element& element) = 0;
+  // What has been put off until a run of insertions is over must be done now: something other than
+  // an insertion follows, or somebody else may look.
+  virtual void CompleteInsertions() {}
 };
 
 // The arguments of Add: an element's columns and what kind of line it comes from. The texts need

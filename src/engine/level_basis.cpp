@@ -12,40 +12,45 @@ namespace tessary {
 
 BXLevelBasis::BXLevelBasis(Ref<EngineContext> context) : context_(std::move(context)) {}
 
-BXLevelBasis::~BXLevelBasis() { context_->Yield(); }
+BXLevelBasis::~BXLevelBasis() {
+  context_->Yield();
+  if (m_aElement) context_->Bury(std::move(m_aElement));
+}
 
 ElementTable& BXLevelBasis::Array() {
   if (!m_aElement) m_aElement = MakeRef<ElementTable>(context_->pool());
   return *m_aElement;
 }
 
-void BXLevelBasis::Add(const AddArguments& arguments, std::int8_t pending_child) {
-  AddElement(MakeElement(arguments, pending_child));
+void BXLevelBasis::Add(const AddArguments& arguments, const Property& texts,
+                       std::int8_t pending_child) {
+  AddElement(MakeElement(arguments, texts, pending_child));
 }
 
-Element BXLevelBasis::MakeElement(const AddArguments& arguments, std::int8_t pending_child) const {
-  TextPool& texts = pool();
+Element BXLevelBasis::MakeElement(const AddArguments& arguments, const Property& texts,
+                                  std::int8_t pending_child) const {
+  TextPool& symbols = pool();
   Element element;
   element.status = static_cast<std::int8_t>(arguments.bxsStatus);
-  element.key[bxeaName] = texts.Intern(arguments.strName);
-  const bool key_is_name = arguments.strKey.data() == arguments.strName.data() &&
-                           arguments.strKey.size() == arguments.strName.size();
-  element.key[bxeaKey] = key_is_name ? element.key[bxeaName] : texts.Intern(arguments.strKey);
-  element.key[bxeaTyp] = texts.Intern(arguments.strTyp);
-  element.key[bxeaPosPrevName] = texts.Intern(arguments.strPosPrevName);
-  element.key[bxeaPosPrevKey] = texts.Intern(arguments.strPosPrevKey);
-  element.key[bxeaPosPrevTyp] = texts.Intern(arguments.strPosPrevTyp);
-  element.key[bxeaPosNextName] = texts.Intern(arguments.strPosNextName);
-  element.key[bxeaPosNextKey] = texts.Intern(arguments.strPosNextKey);
-  element.key[bxeaPosNextTyp] = texts.Intern(arguments.strPosNextTyp);
-  element.key[bxeaPosNr] = texts.Intern(arguments.strPosNr);
-  element.set_value(texts.Keep(arguments.strValue));
+  element.key[bxeaName] = symbols.Intern(texts.strName);
+  const bool key_is_name =
+      texts.strKey.data() == texts.strName.data() && texts.strKey.size() == texts.strName.size();
+  element.key[bxeaKey] = key_is_name ? element.key[bxeaName] : symbols.Intern(texts.strKey);
+  element.key[bxeaTyp] = symbols.Intern(arguments.strTyp);
+  element.key[bxeaPosPrevName] = symbols.Intern(arguments.strPosPrevName);
+  element.key[bxeaPosPrevKey] = symbols.Intern(arguments.strPosPrevKey);
+  element.key[bxeaPosPrevTyp] = symbols.Intern(arguments.strPosPrevTyp);
+  element.key[bxeaPosNextName] = symbols.Intern(arguments.strPosNextName);
+  element.key[bxeaPosNextKey] = symbols.Intern(arguments.strPosNextKey);
+  element.key[bxeaPosNextTyp] = symbols.Intern(arguments.strPosNextTyp);
+  element.key[bxeaPosNr] = symbols.Intern(arguments.strPosNr);
+  element.set_value(symbols.Keep(texts.strValue));
   element.child = arguments.objLevel;
   if (!element.child) element.pending_child = pending_child;
   return element;
 }
 
-void BXLevelBasis::AddElement(Element element) {
+void BXLevelBasis::AddElement(Element&& element) {
   InProcedure("BXLevelBasis_Add", "Fehler beim Hinzufügen eines Elementes.").Run([&] {
     ElementTable& array = Array();
     if (element.status == bxsUnknown) CheckValuesAround(element);
@@ -60,17 +65,12 @@ void BXLevelBasis::CheckValuesAround(Element& element) {
     const auto fill = [](Symbol& empty, Symbol text) {
       if (empty == Symbol::kEmpty) empty = text;
     };
-    const ElementKey previous = m_aElement->Row(last).key;
+    const ElementKey& previous = m_aElement->Row(last).key;
     fill(element.key[bxeaPosPrevName], previous[bxeaName]);
     fill(element.key[bxeaPosPrevKey], previous[bxeaKey]);
     fill(element.key[bxeaPosPrevTyp], previous[bxeaTyp]);
     if (pool().Same(previous[bxeaName], element.key[bxeaName])) NumberRun(last, element);
-    const auto point_on = [&](BXElementArray column, Symbol text) {
-      if (previous[column] == Symbol::kEmpty) m_aElement->SetText(last, column, text);
-    };
-    point_on(bxeaPosNextName, element.key[bxeaName]);
-    point_on(bxeaPosNextKey, element.key[bxeaKey]);
-    point_on(bxeaPosNextTyp, element.key[bxeaTyp]);
+    m_aElement->FillNext(last, element.key);
   });
 }
 

@@ -8,6 +8,7 @@
 #include "engine/engine_context.h"
 #include "engine/level.h"
 #include "engine/procedure.h"
+#include "report/line_syntax.h"
 
 namespace tessary {
 
@@ -31,11 +32,14 @@ class BXLevelBasis final : public Level {
   void SetBeforeInsertHandler(BeforeInsertHandler* handler) { before_insert_ = handler; }
   EngineContext& context() const { return *context_; }
 
-  // `pending_child`: the class number of the child level that the new element gets on first use
-  // when the arguments bring none, or Element::kNoChild.
-  void Add(const AddArguments& arguments, std::int8_t pending_child);
+  // Adds an element whose name, key and value are those of `texts` and no others. `pending_child`:
+  // the class number of the child level that it gets on first use when the arguments bring none, or
+  // Element::kNoChild.
+  void Add(const AddArguments& arguments, const Property& texts, std::int8_t pending_child);
 
-  void Add(const AddArguments& arguments) override { Add(arguments, Element::kNoChild); }
+  void Add(const AddArguments& arguments) override {
+    Add(arguments, {arguments.strName, arguments.strKey, arguments.strValue}, Element::kNoChild);
+  }
   void SetElementArray(Ref<ElementTable> array) override { m_aElement = std::move(array); }
   Ref<ElementTable> ElementArray() const override { return m_aElement; }
   Ref<Level> LastElement() override;
@@ -72,8 +76,9 @@ class BXLevelBasis final : public Level {
 
   TextPool& pool() const { return *context_->pool(); }
   ElementTable& Array();
-  Element MakeElement(const AddArguments& arguments, std::int8_t pending_child) const;
-  void AddElement(Element element);
+  Element MakeElement(const AddArguments& arguments, const Property& texts,
+                      std::int8_t pending_child) const;
+  void AddElement(Element&& element);
   void CheckValuesAround(Element& element);
   void NumberRun(std::int32_t last, Element& element);
   Ref<Level> ChildOf(ElementTable& array, std::int32_t row) const {
@@ -90,6 +95,7 @@ class BXLevelBasis final : public Level {
                       BXStatus status, std::int32_t start);
   void ReportUnpaired();
   void ComparePair(const Element& old_element, const Element& new_element, int child_class);
+  void PassUnchanged();
   bool ContentsDiffer(const Element& old_element, const Element& new_element);
 
   void WriteElement(const Element& element, std::int32_t level, WriteTable& lines) const;

@@ -29,17 +29,18 @@ struct Procedure {
     try {
       return body();
     } catch (const Failure& failure) {
-      Report(failure);
+      Report(*this, failure);
       throw;
     } catch (const std::bad_alloc&) {
       const Failure failure(kOutOfMemory);
-      Report(failure);
+      Report(*this, failure);
       throw failure;
     }
   }
 
  private:
-  void Report(const Failure& failure) const;
+  // Takes a copy, so that where nothing fails no procedure has to be laid out in memory.
+  static void Report(Procedure procedure, const Failure& failure);
 };
 
 // "class Prozedur: name", the source text of an entry.

@@ -23,6 +23,17 @@ class RowOrder {
   void Erase(std::uint32_t row);
   // All slots in row order.
   std::vector<std::uint32_t> Slots() const;
+  // Calls visit(slot) for the rows from `row` on, in order, until it returns false.
+  template <class Visit>
+  void ForEachFrom(std::uint32_t row, const Visit& visit) const {
+    Position position = Find(row);
+    for (; position.place < chunk_ids_.size(); position = {position.place + 1, 0}) {
+      const std::vector<std::uint32_t>& slots = chunks_[chunk_ids_[position.place]];
+      for (std::size_t at = position.offset; at < slots.size(); ++at) {
+        if (!visit(slots[at])) return;
+      }
+    }
+  }
 
  private:
   struct Position {

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <limits>
 
+#include "platform/ascii_run.h"
 #include "platform/failure.h"
 #include "platform/text.h"
 
@@ -23,19 +24,42 @@ std::uint64_t Mix(std::uint64_t a, std::uint64_t b) {
   return product ^ (product >> 32);
 }
 
-// Reads up to eight bytes at a time; texts are short, so the set-up must be cheap.
+// Up to eight bytes as a number that tells texts of one size apart.
+std::uint64_t ShortWord(std::string_view text) {
+  const auto byte = [&](std::size_t place) {
+    return std::uint64_t{static_cast<unsigned char>(text[place])};
+  };
+  if (text.size() >= 4) {
+    std::uint32_t first;
+    std::uint32_t last;
+    std::memcpy(&first, text.data(), 4);
+    std::memcpy(&last, text.data() + text.size() - 4, 4);
+    return std::uint64_t{first} << 32 | last;
+  }
+  return text.empty() ? 0 : byte(0) << 16 | byte(text.size() / 2) << 8 | byte(text.size() - 1);
+}
+
+// Texts are short, so the set-up must be cheap: words are read whole, the last two may overlap.
 std::uint32_t Hash(std::string_view text) {
   std::uint64_t hash = text.size() * 0xFF51AFD7ED558CCDu;
-  while (text.size() >= 8) {
-    std::uint64_t word;
-    std::memcpy(&word, text.data(), 8);
-    hash = Mix(hash, word);
-    text.remove_prefix(8);
+  if (text.size() <= kWordBytes) {
+    hash = Mix(hash, ShortWord(text));
+  } else {
+    const char* const last = text.data() + text.size() - kWordBytes;
+    for (const char* at = text.data(); at < last; at += kWordBytes) hash = Mix(hash, LoadWord(at));
+    hash = Mix(hash, LoadWord(last));
   }
-  std::uint64_t rest = 0;
-  if (!text.empty()) std::memcpy(&rest, text.data(), text.size());
-  hash = Mix(hash, rest);
   return static_cast<std::uint32_t>(hash ^ (hash >> 29));
+}
+
+// For texts of the same size.
+bool SameBytes(std::string_view a, std::string_view b) {
+  if (a.size() <= kWordBytes) return ShortWord(a) == ShortWord(b);
+  const std::size_t last = a.size() - kWordBytes;
+  for (std::size_t at = 0; at < last; at += kWordBytes) {
+    if (LoadWord(a.data() + at) != LoadWord(b.data() + at)) return false;
+  }
+  return LoadWord(a.data() + last) == LoadWord(b.data() + last);
 }
 
 bool IsFoldedAscii(std::string_view text) {
@@ -56,7 +80,9 @@ Symbol TextPool::InternFilled(std::string_view text) {
     const std::uint32_t number = table_[slot];
     if (number == 0) return Insert(Keep(text), hash, slot);
     const Entry& entry = entries_[number - 1];
-    if (entry.hash == hash && entry.text == text) return static_cast<Symbol>(number - 1);
+    if (entry.hash == hash && entry.text.size() == text.size() && SameBytes(entry.text, text)) {
+      return static_cast<Symbol>(number - 1);
+    }
   }
 }
 
@@ -115,8 +141,9 @@ std::string_view TextPool::Adopt(std::string buffer) {
   return *buffers_.back();
 }
 
+// The buffer adopted last is the one that is being read.
 bool TextPool::IsAdopted(std::string_view text) const {
-  return std::any_of(buffers_.begin(), buffers_.end(), [&](const auto& buffer) {
+  return std::any_of(buffers_.rbegin(), buffers_.rend(), [&](const auto& buffer) {
     const std::less_equal<const char*> not_after;
     return not_after(buffer->data(), text.data()) &&
            not_after(text.data() + text.size(), buffer->data() + buffer->size());

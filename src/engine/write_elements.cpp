@@ -11,6 +11,7 @@ namespace tessary {
 void BXLevelBasis::PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t lngLevel) {
   const Procedure procedure =
       InProcedure("BXLevelBasis_PrepareWriting", "Fehler beim Vorbereiten des Schreibvorganges.");
+  const Descent descent(*context_);
   procedure.Run([&] {
     if (IsArrayEmpty(m_aElement)) return;
     if (!aWrite) aWrite = MakeRef<WriteTable>();

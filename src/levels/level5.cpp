@@ -1,6 +1,11 @@
+// Each inserted line renumbers all that follow, so that a run of insertions goes over the same
+// lines again and again. Their keys have to be right at once, since the next insertion looks for
+// them; the "LineID" inside each, which takes several steps to reach, is written once when the run
+// is over.
+
 #include "levels/level5.h"
 
-#include <string>
+#include <algorithm>
 
 #include "engine/find_element.h"
 #include "engine/number_of.h"
@@ -10,40 +15,76 @@ namespace tessary {
 namespace {
 
 // Writes a line's number into the first "LineID" among its properties, if there is one.
-void SetLineID(const Element& line, TextPool& pool, Symbol number) {
+void SetLineID(const Element& line, const TextPool& pool) {
   if (!line.child) return;
   const Ref<ElementTable> properties = line.child->ElementArray();
   if (IsArrayEmpty(properties)) return;
   for (std::int32_t row = 1; row <= properties->rows(); ++row) {
     if (!EqualsIgnoreCase(pool.Text(properties->Row(row).key[bxeaName]), "LineID")) continue;
-    properties->SetValue(row, pool.Text(number));
+    properties->SetValue(row, line.key[bxeaKey]);
     return;
   }
 }
 
 }  // namespace
 
+// Whichever way a block is left, the lines renumbered in it have their numbers inside as well.
+class BXLevel5::LineIDsAtEnd {
+ public:
+  explicit LineIDsAtEnd(BXLevel5& level) : level_(level) {}
+  LineIDsAtEnd(const LineIDsAtEnd&) = delete;
+  LineIDsAtEnd& operator=(const LineIDsAtEnd&) = delete;
+  ~LineIDsAtEnd() { level_.WriteLineIDs(); }
+
+ private:
+  BXLevel5& level_;
+};
+
+void BXLevel5::Convert(const Ref<ElementTable>& aReport, const Ref<ElementTable>& aDiffFile) {
+  const LineIDsAtEnd at_end(*this);
+  LevelBase::Convert(aReport, aDiffFile);
+}
+
 void BXLevel5::UpdatePropertyLineID(std::int32_t lngStartRow, std::int32_t lngStartID) {
+  const LineIDsAtEnd at_end(*this);
+  Renumber(lngStartRow, lngStartID);
+}
+
+void BXLevel5::Renumber(std::int32_t first_row, std::int32_t first_number) {
   InProcedure("UpdatePropertyLineID").Run([&] {
     const Ref<ElementTable> lines = Elements();
-    if (IsArrayEmpty(lines) || lngStartRow < 1) return;
-    std::int32_t number = lngStartID;
-    for (std::int32_t row = lngStartRow; row <= lines->rows(); ++row) {
-      Yield();
-      if (!IsLineSection(pool().Text(lines->Row(row).key[bxeaName]))) continue;
-      SetLineNumber(*lines, row, number);
-      if (number == INT32_MAX) throw Failure(kOverflow);
-      ++number;
-    }
+    if (IsArrayEmpty(lines) || first_row < 1 || first_row > lines->rows()) return;
+    const Symbol line_name = pool().Intern("[Line]");
+    std::int64_t number = first_number;
+    ElementKey* before = nullptr;
+    bool before_is_numbered = false;
+    // Begins with the row before the first, whose next key is the first one's.
+    lines->ChangeFrom(std::max(first_row - 1, 1), [&](Element& line) {
+      if (before_is_numbered) line.key[bxeaPosPrevKey] = (*before)[bxeaKey];
+      if (number > INT32_MAX) throw Failure(kOverflow);
+      const bool skipped = first_row > 1 && !before;
+      if (!skipped) Yield();
+      before_is_numbered = !skipped && pool().Same(line.key[bxeaName], line_name);
+      if (before_is_numbered) {
+        line.key[bxeaKey] = pool().InternNumber(static_cast<std::int32_t>(number++));
+        line.line_id_due = line_ids_due_ = true;
+        if (before) (*before)[bxeaPosNextKey] = line.key[bxeaKey];
+      }
+      before = &line.key;
+    });
+    if (number > INT32_MAX) throw Failure(kOverflow);
   });
 }
 
-void BXLevel5::SetLineNumber(ElementTable& lines, std::int32_t row, std::int32_t number) {
-  const Symbol text = pool().InternNumber(number);
-  lines.SetText(row, bxeaKey, text);
-  if (row > 1) lines.SetText(row - 1, bxeaPosNextKey, text);
-  if (row < lines.rows()) lines.SetText(row + 1, bxeaPosPrevKey, text);
-  SetLineID(lines.Row(row), pool(), text);
+void BXLevel5::WriteLineIDs() {
+  if (!line_ids_due_) return;
+  line_ids_due_ = false;
+  const Ref<ElementTable> lines = Elements();
+  if (IsArrayEmpty(lines)) return;
+  lines->ChangeFrom(1, [&](Element& line) {
+    if (line.line_id_due) SetLineID(line, pool());
+    line.line_id_due = false;
+  });
 }
 
 void BXLevel5::m_objBasis_BeforeInsert(const Element& element) {
@@ -55,7 +96,7 @@ void BXLevel5::m_objBasis_BeforeInsert(const Element& element) {
     const std::string_view key = pool().Text(element.key[bxeaKey]);
     const std::int32_t number = key.empty() ? 0 : NumberOf(key);
     if (number == INT32_MAX) throw Failure(kOverflow);
-    UpdatePropertyLineID(row, number + 1);
+    Renumber(row, number + 1);
   });
 }
 

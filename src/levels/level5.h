@@ -19,10 +19,20 @@ class BXLevel5 final : public LevelBase, private BeforeInsertHandler {
   // when lngStartRow lies before the first row.
   void UpdatePropertyLineID(std::int32_t lngStartRow, std::int32_t lngStartID);
 
+  void Convert(const Ref<ElementTable>& aReport, const Ref<ElementTable>& aDiffFile) override;
+
  private:
+  class LineIDsAtEnd;
+
   void BeforeInsert(const Element& element) override { m_objBasis_BeforeInsert(element); }
+  void CompleteInsertions() override { WriteLineIDs(); }
   void m_objBasis_BeforeInsert(const Element& element);
-  void SetLineNumber(ElementTable& lines, std::int32_t row, std::int32_t number);
+  // UpdatePropertyLineID except for what stands inside the lines, which WriteLineIDs brings up to
+  // date.
+  void Renumber(std::int32_t first_row, std::int32_t first_number);
+  void WriteLineIDs();
+
+  bool line_ids_due_ = false;
 };
 
 }  // namespace tessary

@@ -29,19 +29,16 @@ LevelBase::LevelBase(const Ref<EngineContext>& context, int number)
 
 void LevelBase::Add(const AddArguments& arguments) {
   InProcedure("BXLevelBasis_Add").Run([&] {
-    AddArguments element = arguments;
-    if (element.bxltLineType == bxltSection && element.strKey.empty()) {
-      element.strKey = element.strName;
+    Property texts{arguments.strName, arguments.strKey, arguments.strValue};
+    if (arguments.bxltLineType == bxltSection && texts.strKey.empty()) {
+      texts.strKey = texts.strName;
     }
-    if (element.bxltLineType == bxltProperty) {
-      const Property property = SplitProperty(element.strName);
-      element.strName = property.strName;
-      element.strKey = property.strKey;
-      element.strValue = property.strValue;
-      ApplyPropertyRule(property);
+    if (arguments.bxltLineType == bxltProperty) {
+      texts = SplitProperty(arguments.strName);
+      ApplyPropertyRule(texts);
     }
     const int child_class = std::min(number_ + 1, kLevelCount - 1);
-    m_objBasis.Add(element, static_cast<std::int8_t>(child_class));
+    m_objBasis.Add(arguments, texts, static_cast<std::int8_t>(child_class));
   });
 }
 

@@ -1,21 +1,31 @@
 #include "levels/report_format.h"
 
-#include "platform/text.h"
+#include <array>
+#include <iterator>
 
 namespace tessary {
+namespace {
 
-const OwnerProperty* FindOwnerProperty(int level, std::string_view name) {
-  for (const OwnerProperty& property : kOwnerProperties) {
-    if (property.level == level && EqualsIgnoreCase(property.name, name)) return &property;
+// Behind the last property of each level and of those above it.
+constexpr auto PropertyEnds() {
+  std::array<std::size_t, kLevelCount> ends{};
+  for (std::size_t level = 0; level < ends.size(); ++level) {
+    for (const OwnerProperty& property : kOwnerProperties) {
+      if (property.level <= static_cast<int>(level)) ++ends[level];
+    }
   }
-  return nullptr;
+  return ends;
 }
 
-int OwnerLevelOf(int level) {
-  for (const OwnerProperty& property : kOwnerProperties) {
-    if (property.level == level) return property.owner_level;
-  }
-  return -1;
+constexpr auto kPropertyEnds = PropertyEnds();
+
+}  // namespace
+
+std::span<const OwnerProperty> OwnerPropertiesOf(int level) {
+  if (level < 0 || level >= kLevelCount) return {};
+  const auto place = static_cast<std::size_t>(level);
+  const std::size_t begin = place == 0 ? 0 : kPropertyEnds[place - 1];
+  return std::span(kOwnerProperties).subspan(begin, kPropertyEnds[place] - begin);
 }
 
 }  // namespace tessary

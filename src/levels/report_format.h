@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "engine/element.h"
+#include "platform/text.h"
 
 // What the classic report format says about nesting and about properties that identify the
 // section they stand in; data for the level classes and the line store.
@@ -28,6 +30,7 @@ struct OwnerProperty {
   BXElementArray field;  // bxeaKey or bxeaTyp
 };
 
+// In the order of the levels.
 inline constexpr OwnerProperty kOwnerProperties[] = {
     {1, "ObjectName", kObjectSection, 0, bxeaTyp}, {1, "LinkID", kObjectSection, 0, bxeaKey},
     {1, "LayerID", kLayerSection, 0, bxeaKey},     {4, "Text", "[Line]", 3, bxeaKey},
@@ -35,10 +38,21 @@ inline constexpr OwnerProperty kOwnerProperties[] = {
     {9, "Contents", kColumnSection, 7, bxeaKey},
 };
 
+// The owner properties of one level.
+std::span<const OwnerProperty> OwnerPropertiesOf(int level);
+
 // The owner property of this name at this level, without regard to case; null when there is none.
-const OwnerProperty* FindOwnerProperty(int level, std::string_view name);
+inline const OwnerProperty* FindOwnerProperty(int level, std::string_view name) {
+  for (const OwnerProperty& property : OwnerPropertiesOf(level)) {
+    if (EqualsIgnoreCase(name, property.name)) return &property;
+  }
+  return nullptr;
+}
 
 // The level whose sections may own a property of level `level`; -1 when none may.
-int OwnerLevelOf(int level);
+inline int OwnerLevelOf(int level) {
+  const std::span<const OwnerProperty> properties = OwnerPropertiesOf(level);
+  return properties.empty() ? -1 : properties.front().owner_level;
+}
 
 }  // namespace tessary

@@ -176,10 +176,10 @@ Ref<ElementTable> BXConvertLLMgr::ReadFile(const Ref<EngineContext>& context,
 }
 
 void BXConvertLLMgr::WriteFile(const Ref<EngineContext>& context, const std::string& path,
-                               const Ref<ElementTable>& lines) {
+                               const Ref<ElementTable>& lines, FileKind kind) {
   bool damaged = false;
   try {
-    WriteReport(around_.files, context, path, lines, &damaged);
+    WriteReport(around_.files, context, path, lines, &damaged, kind);
   } catch (const Failure&) {
     m_blnFileDamaged = damaged;
     throw;

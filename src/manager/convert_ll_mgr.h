@@ -35,6 +35,7 @@ struct Surroundings {
   FolderWait folder_wait = {};
 };
 
+enum class FileKind;
 enum class ListKind;
 struct DiffFileName;
 struct ListedFile;
@@ -125,7 +126,7 @@ class BXConvertLLMgr {
 
   Ref<ElementTable> ReadFile(const Ref<EngineContext>& context, const std::string& path);
   void WriteFile(const Ref<EngineContext>& context, const std::string& path,
-                 const Ref<ElementTable>& lines);
+                 const Ref<ElementTable>& lines, FileKind kind);
 
   // Creating difference files.
   Outcome ComparePair(Step& step, ReportPair& pair, const std::string& diff_folder);

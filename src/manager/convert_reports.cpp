@@ -10,6 +10,7 @@
 #include "manager/convert_ll_mgr.h"
 #include "manager/file_lists.h"
 #include "manager/operation_frame.h"
+#include "manager/report_io.h"
 #include "manager/user_section.h"
 #include "platform/path.h"
 
@@ -131,7 +132,7 @@ void BXConvertLLMgr::ApplyDifferences(Step& step, const std::string& report_path
   step.after_exit_message = [this, name, report_path, backup_folder] {
     if (m_blnFileDamaged) RestoreFile(around_, errors(), backup_folder, name, report_path);
   };
-  WriteFile(context, report_path, converted->ElementArray());
+  WriteFile(context, report_path, converted->ElementArray(), FileKind::kReport);
 }
 
 bool BXConvertLLMgr::ConvertReports(const std::string& strDiffFolderPath,

@@ -6,6 +6,7 @@
 #include "levels/level_factory.h"
 #include "manager/convert_ll_mgr.h"
 #include "manager/operation_frame.h"
+#include "manager/report_io.h"
 #include "manager/user_section.h"
 #include "platform/path.h"
 #include "platform/text.h"
@@ -147,7 +148,7 @@ std::string BXConvertLLMgr::WriteDifferences(Step& step, const Ref<EngineContext
   if (diff_folder.empty() || IsUnsafeFileName(name)) throw Failure(kBadFileName);
   if (!IsWholeName(name, pair.old_version, pair.new_version)) throw Failure(kDeviceError);
   ShowStep("Differenzdatei " + name + " wird geschrieben");
-  WriteFile(context, path, lines);
+  WriteFile(context, path, lines, FileKind::kDifferenceFile);
   WarnOfSameName(name, pair.old_name);
   return name;
 }

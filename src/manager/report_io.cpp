@@ -54,47 +54,29 @@ void AddLines(std::string_view text, EngineContext& context, BXReportFile& store
   while (!text.empty()) {
     context.Yield();
     ++statistics.lines;
-    const std::string_view line = NextLine(text);
-    if (!TrimBlanks(line).empty()) store.AddLine(line);
+    store.AddLine(NextLine(text));  // which leaves blank lines out
   }
 }
-
-// Collects encoded lines and hands them on in large pieces.
-class LineWriter {
- public:
-  explicit LineWriter(FileReplacement& file) : file_(file) {}
-
-  void Write(std::string_view line) {
-    pending_.append(EncodeWindows1252(line)).append("\r\n");
-    if (pending_.size() >= kWriteSize) Flush();
-  }
-  void Finish() {
-    Flush();
-    file_.Commit();
-  }
-
- private:
-  void Flush() {
-    file_.Write(pending_);
-    pending_.clear();
-  }
-
-  FileReplacement& file_;
-  std::string pending_;
-};
 
 void WriteLines(const Ref<EngineContext>& context, const std::string& name, BXReportFile& store,
                 FileReplacement& file) {
   const IoStep next(context, "WriteFile", "Fehler beim Ermitteln einer Zeile.");
   const IoStep write(context, "WriteFile", "Fehler beim Schreiben in Datei " + name);
-  LineWriter writer(file);
-  std::string line = next.Run([&] { return store.GetFirstLine(); });
-  while (!line.empty()) {
+  // Lines are encoded and written many at a time.
+  std::string lines;
+  const auto write_out = [&] {
+    write.Run([&] { file.Write(EncodeWindows1252(lines)); });
+    lines.clear();
+  };
+  bool more = next.Run([&] { return store.AppendFirstLine(lines); });
+  while (more) {
     context->Yield();
-    write.Run([&] { writer.Write(line); });
-    line = next.Run([&] { return store.GetNextLine(); });
+    lines.append("\r\n");
+    if (lines.size() >= kWriteSize) write_out();
+    more = next.Run([&] { return store.AppendNextLine(lines); });
   }
-  write.Run([&] { writer.Finish(); });
+  write_out();
+  write.Run([&] { file.Commit(); });
 }
 
 }  // namespace
@@ -107,14 +89,14 @@ Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& contex
   };
   const auto file =
       step("Fehler beim Öffnen der Datei " + name).Run([&] { return files.OpenForReading(path); });
-  const std::string bytes =
+  std::string bytes =
       step("Fehler beim Lesen aus der Datei " + name).Run([&] { return ReadWholeFile(*file); });
   return step("Fehler beim Verarbeiten einer Zeile.").Run([&] {
     // Such a file is of a newer format whose texts would be taken for something else.
     if (HasByteOrderMark(bytes)) throw Failure(kInvalidCall);
     BXReportFile store(context);
     ReadStatistics read;
-    AddLines(context->pool()->Adopt(DecodeWindows1252(bytes)), *context, store, read);
+    AddLines(context->pool()->Adopt(DecodeWindows1252(std::move(bytes))), *context, store, read);
     read.lines_dropped = store.lines_dropped();
     read.last_level = store.level();
     if (statistics) *statistics = read;
@@ -123,12 +105,13 @@ Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& contex
 }
 
 void WriteReport(FileSystem& files, const Ref<EngineContext>& context, const std::string& path,
-                 const Ref<ElementTable>& lines, bool* damaged) {
+                 const Ref<ElementTable>& lines, bool* damaged, FileKind kind) {
   const std::string name = FileNameOf(path);
   BXReportFile store(context);
   store.SetReportFile(lines);
   const IoStep open(context, "WriteFile", "Fehler beim Öffnen der Datei " + name);
   const auto file = open.Run([&] { return files.OpenForReplacing(path); });
+  if (kind == FileKind::kDifferenceFile) file->SetReproducible();
   try {
     WriteLines(context, name, store, *file);
   } catch (const Failure&) {

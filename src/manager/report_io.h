@@ -22,10 +22,13 @@ struct ReadStatistics {
 Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& context,
                              const std::string& path, ReadStatistics* statistics);
 
+// A difference file can be made again; a report is what somebody has worked on.
+enum class FileKind { kReport, kDifferenceFile };
+
 // Writes a tree over `path`, which is replaced as a whole wherever that is possible. Raises
 // Failure and leaves entries in the context's error collection; then `damaged`, which may be null,
 // tells whether the file itself was overwritten in part.
 void WriteReport(FileSystem& files, const Ref<EngineContext>& context, const std::string& path,
-                 const Ref<ElementTable>& lines, bool* damaged);
+                 const Ref<ElementTable>& lines, bool* damaged, FileKind kind = FileKind::kReport);
 
 }  // namespace tessary

@@ -56,7 +56,8 @@ char ByteOf(std::string_view text, std::size_t pos, Utf8Character character) {
 
 }  // namespace
 
-std::string DecodeWindows1252(std::string_view bytes) {
+std::string DecodeWindows1252(std::string bytes) {
+  if (AsciiRunEnd(bytes, 0) == bytes.size()) return bytes;
   std::string text;
   text.reserve(bytes.size() + bytes.size() / 16);
   for (std::size_t pos = 0; pos < bytes.size();) {

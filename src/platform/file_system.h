@@ -31,6 +31,10 @@ class FileReplacement {
   virtual ~FileReplacement() = default;
   // Appends to the new contents.
   virtual void Write(std::string_view bytes) = 0;
+  // For a file that can be made again: Commit still brings the new contents to the disk first, but
+  // does not wait until the disk knows of the exchange. A power cut right after may leave the old
+  // file.
+  virtual void SetReproducible() {}
   // Brings the new contents to the disk and puts them in the file's place, with owner,
   // permissions and attributes kept. May be called once.
   virtual void Commit() = 0;

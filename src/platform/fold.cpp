@@ -56,9 +56,8 @@ char32_t FoldByRanges(char32_t code_point) {
   return Shifted(code_point, range->delta);
 }
 
+// `code_point` is beyond ASCII.
 char32_t FoldCodePoint(char32_t code_point) {
-  if (code_point < kTwoByteFirst)
-    return static_cast<unsigned char>(LowerAscii(static_cast<char>(code_point)));
   if (code_point < kTwoByteEnd) return kTwoByteFolds[code_point - kTwoByteFirst];
   return FoldByRanges(code_point);
 }
@@ -72,6 +71,7 @@ struct FoldedCharacter {
 };
 
 FoldedCharacter FoldAt(std::string_view text, std::size_t pos) {
+  if (IsAscii(text[pos])) return {static_cast<unsigned char>(LowerAscii(text[pos])), 1};
   const Utf8Character character = DecodeUtf8(text, pos);
   if (character.well_formed) return {FoldCodePoint(character.code_point), character.length};
   return {kStrayByteBase + static_cast<unsigned char>(text[pos]), 1};
@@ -132,10 +132,6 @@ std::string FoldCase(std::string_view text) {
     pos = end + folded.length;
   }
   return result;
-}
-
-bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
-  return a == b || CompareIgnoreCase(a, b) == 0;
 }
 
 int CompareIgnoreCase(std::string_view a, std::string_view b) {

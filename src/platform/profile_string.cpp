@@ -4,6 +4,8 @@
 
 #include "platform/profile_string.h"
 
+#include <optional>
+
 #include "platform/text.h"
 #include "platform/utf8.h"
 
@@ -12,8 +14,13 @@ namespace tessary {
 namespace {
 
 constexpr std::size_t kLongestValue = 2047;
+constexpr std::size_t kFirstBlock = 4096;
 
 using TextDecoder = std::string (*)(std::string_view);
+
+std::string FromWindows1252(std::string_view bytes) {
+  return DecodeWindows1252(std::string(bytes));
+}
 
 std::string_view TakeLine(std::string_view& rest) {
   const std::size_t end = rest.find('\n');
@@ -42,8 +49,8 @@ bool IsHeaderOf(std::string_view line, std::string_view section, TextDecoder dec
          EqualsIgnoreCase(decode(line.substr(1, end - 1)), section);
 }
 
-std::string FindInLines(std::string_view rest, std::string_view section, std::string_view key,
-                        TextDecoder decode) {
+std::optional<std::string> FindInLines(std::string_view rest, std::string_view section,
+                                       std::string_view key, TextDecoder decode) {
   bool in_section = false;
   while (!rest.empty()) {
     const std::string_view line = WithoutIndentation(TakeLine(rest));
@@ -59,20 +66,39 @@ std::string FindInLines(std::string_view rest, std::string_view section, std::st
     const std::string value = decode(line.substr(equals + 1));
     return std::string(FirstCharacters(value, kLongestValue));
   }
-  return std::string();
+  return std::nullopt;
+}
+
+bool IsUtf16(std::string_view bytes) {
+  return bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xFF\xFE");
+}
+
+std::optional<std::string> Find(std::string_view bytes, std::string_view section,
+                                std::string_view key) {
+  if (bytes.starts_with("\xEF\xBB\xBF"))
+    return FindInLines(bytes.substr(3), section, key, &ToValidUtf8);
+  if (IsUtf16(bytes)) {
+    const bool big_endian = bytes.starts_with("\xFE");
+    return FindInLines(DecodeUtf16(bytes.substr(2), big_endian), section, key, &ToValidUtf8);
+  }
+  return FindInLines(bytes, section, key, &FromWindows1252);
 }
 
 }  // namespace
 
 std::string FindProfileString(std::string_view bytes, std::string_view section,
                               std::string_view key) {
-  using namespace std::string_view_literals;
-  if (bytes.starts_with("\xEF\xBB\xBF"sv))
-    return FindInLines(bytes.substr(3), section, key, &ToValidUtf8);
-  const bool big_endian = bytes.starts_with("\xFE\xFF"sv);
-  if (big_endian || bytes.starts_with("\xFF\xFE"sv))
-    return FindInLines(DecodeUtf16(bytes.substr(2), big_endian), section, key, &ToValidUtf8);
-  return FindInLines(bytes, section, key, &DecodeWindows1252);
+  return Find(bytes, section, key).value_or(std::string());
+}
+
+std::string FindProfileString(FileReader& file, std::string_view section, std::string_view key) {
+  std::string bytes(kFirstBlock, '\0');
+  bytes.resize(file.Read(bytes.data(), bytes.size()));
+  const std::string_view lines = std::string_view(bytes).substr(0, bytes.rfind('\n') + 1);
+  if (!IsUtf16(bytes)) {
+    if (auto value = Find(lines, section, key)) return *std::move(value);
+  }
+  return FindProfileString(bytes.append(ReadWholeFile(file)), section, key);
 }
 
 }  // namespace tessary

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/file_system.h"
+
 namespace tessary {
 
 // Looks up a key in the text of an initialisation file, for systems without a profile-string
@@ -14,5 +16,9 @@ namespace tessary {
 // empty when there is none.
 std::string FindProfileString(std::string_view bytes, std::string_view section,
                               std::string_view key);
+
+// The same for a file at its beginning, which is read only as far as need be: the section of a
+// report's header mostly stands near the beginning. Raises Failure when it cannot be read.
+std::string FindProfileString(FileReader& file, std::string_view section, std::string_view key);
 
 }  // namespace tessary

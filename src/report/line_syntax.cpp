@@ -23,8 +23,9 @@ bool IsNumberedVariable(std::string_view key, std::string_view prefix) {
 // The tests may come in any order; this one is quick to say no to an ordinary property.
 void SplitVariable(Property& property) {
   const std::string_view value = TrimLeadingBlanks(property.strValue);
+  if (!value.starts_with('@')) return;
   const auto semicolon = value.find(';');
-  if (!value.starts_with('@') || semicolon == std::string_view::npos) return;
+  if (semicolon == std::string_view::npos) return;
   const std::string_view prefix = VariablePrefix(property.strKey);
   if (!IsNumberedVariable(property.strKey, prefix)) return;
   property = {prefix, TrimBlanks(value.substr(0, semicolon)), value.substr(semicolon + 1)};

@@ -19,7 +19,8 @@ namespace tessary {
 //
 // Reading: AddLine for every line in file order on a fresh object, then ReportFile takes the tree.
 // Writing: SetReportFile on a fresh object (or lines added as above), GetFirstLine once, then
-// GetNextLine until it returns an empty text. Members that fail raise Failure and leave entries in
+// GetNextLine until it returns an empty text. AppendFirstLine and AppendNextLine do the same for
+// callers that collect the lines. Members that fail raise Failure and leave entries in
 // the shared error collection under their own names.
 class BXReportFile {
  public:
@@ -39,6 +40,9 @@ class BXReportFile {
   std::string GetFirstLine();
   // The next line, indented; empty at the end. Failure 91 when GetFirstLine found no lines.
   std::string GetNextLine();
+  // The same, but the line is appended to `text`; false where it is empty.
+  bool AppendFirstLine(std::string& text);
+  bool AppendNextLine(std::string& text);
 
   // Lines left out so far because their level lay outside 0 to 9, brace lines not counted.
   std::int64_t lines_dropped() const { return lines_dropped_; }
@@ -73,29 +77,37 @@ class BXReportFile {
                      Symbol strValue);
   std::int32_t LastRowNamed(const Ref<ElementTable>& array, Symbol owner);
 
-  std::string LevelToSpaceString(std::int32_t lngLevel) const;
-  bool CheckForWritingLevelBookmarks(std::int32_t lngLevel, std::string_view strLine,
-                                     std::string& strBookmark);
-  bool BookmarkBetweenEquals(std::string_view strLine, std::string& strBookmark);
-  bool BookmarkOnTheWayUp(std::int32_t lngLevel, std::string_view strLine,
-                          std::string& strBookmark);
+  static constexpr std::int32_t kNoLevel = -1;
+
+  // A brace line that is due before a row: none where the brace is empty.
+  struct Bookmark {
+    std::int32_t level = 0;
+    std::string_view brace;
+  };
+
+  static void AppendLevelSpace(std::int32_t lngLevel, std::string& text);
+  Bookmark CheckForWritingLevelBookmarks(std::int32_t lngLevel, std::string_view strLine);
+  Bookmark BookmarkBetweenEquals(std::string_view strLine);
+  Bookmark BookmarkOnTheWayUp(std::int32_t lngLevel, std::string_view strLine);
   bool NeedsEmptyBlock(std::string_view strLine) const;
-  std::string NextRow();
-  std::string CloseLevel();
+  void AppendRow(std::string& text);
+  void AppendBrace(const Bookmark& bookmark, std::string& text);
+  void CloseLevel(std::string& text);
 
   Ref<EngineContext> context_;
   std::array<Ref<Level>, 10> m_objLevel;  // where the next line of each level is added
   std::int32_t m_lngLevel = 0;
+  std::int32_t level_added_to_ = kNoLevel;  // by the line before
   std::int64_t lines_dropped_ = 0;
-  std::string stripped_;  // storage for a line that lost tabs
+  std::string stripped_;  // storage for the line that lost tabs last
   DiffLine diff_line_;
   std::array<OwnerSearch, 2> owner_searches_;
   std::size_t next_search_ = 0;
 
   Ref<WriteTable> m_aWrite;
   std::int32_t m_lngRow = 0;
-  std::string m_strLastLine;
-  std::string m_strLastOutput;
+  std::string_view m_strLastLine;    // in m_aWrite
+  std::string_view m_strLastOutput;  // in m_aWrite or stripped_, or a brace
   bool m_bBlockOpen = false;
 };
 

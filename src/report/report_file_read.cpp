@@ -1,7 +1,7 @@
 // Reading: the nesting level is a running counter that section headers and braces move. A line is
-// added to the level object of its level, which is looked up anew each time as the child of the
-// element added last one level up; these references are never cleared, so a line after a double
-// "{" may hang below an older section.
+// added to the level object of its level, which is looked up as the child of the element added last
+// one level up whenever the level is not that of the line before; these references are never
+// cleared, so a line after a double "{" may hang below an older section.
 
 #include <algorithm>
 
@@ -16,6 +16,24 @@ namespace {
 
 bool IsBlankOrTab(char c) { return c == ' ' || c == '\t'; }
 
+AddArguments ArgumentsOf(const DiffLine& line, BXLineType type) {
+  AddArguments arguments;
+  arguments.strName = line.text;
+  arguments.bxsStatus = line.status;
+  arguments.bxltLineType = type;
+  if (line.status == bxsUnknown) return arguments;
+  arguments.strKey = line.fields[0];
+  arguments.strTyp = line.fields[1];
+  arguments.strPosPrevName = line.fields[2];
+  arguments.strPosPrevKey = line.fields[3];
+  arguments.strPosPrevTyp = line.fields[4];
+  arguments.strPosNextName = line.fields[5];
+  arguments.strPosNextKey = line.fields[6];
+  arguments.strPosNextTyp = line.fields[7];
+  arguments.strPosNr = line.fields[8];
+  return arguments;
+}
+
 }  // namespace
 
 BXReportFile::BXReportFile(Ref<EngineContext> context) : context_(std::move(context)) {
@@ -24,6 +42,7 @@ BXReportFile::BXReportFile(Ref<EngineContext> context) : context_(std::move(cont
 
 void BXReportFile::SetReportFile(Ref<ElementTable> array) {
   InProcedure("ReportFile").Run([&] { m_objLevel[0]->SetElementArray(std::move(array)); });
+  level_added_to_ = kNoLevel;
 }
 
 Ref<ElementTable> BXReportFile::ReportFile() const {
@@ -88,32 +107,19 @@ void BXReportFile::MoveLevel(std::int32_t by) {
 
 Level& BXReportFile::LevelForLine() {
   const auto level = static_cast<std::size_t>(m_lngLevel);
-  if (level > 0) {
+  if (level > 0 && m_lngLevel != level_added_to_) {
     const Ref<Level>& above = m_objLevel[level - 1];
     if (!above) throw Failure(kObjectNotSet);
     m_objLevel[level] = above->LastElement();
   }
   if (!m_objLevel[level]) throw Failure(kObjectNotSet);
+  level_added_to_ = m_lngLevel;
   return *m_objLevel[level];
 }
 
 void BXReportFile::AddElement(BXLineType type) {
   Level& level = LevelForLine();
-  const DiffFields& fields = diff_line_.fields;
-  level.Add({diff_line_.text,
-             diff_line_.status,
-             fields[0],
-             fields[1],
-             fields[2],
-             fields[3],
-             fields[4],
-             fields[5],
-             fields[6],
-             fields[7],
-             fields[8],
-             {},
-             nullptr,
-             type});
+  level.Add(ArgumentsOf(diff_line_, type));
   FoundField found;
   if (level.GetFoundFieldValue(found)) {
     AddFieldValue(found.owner, found.owner_level, static_cast<BXElementArray>(found.field),

@@ -8,109 +8,113 @@
 #include "report/report_file.h"
 
 namespace tessary {
-namespace {
-
-// The line without tabs and without blanks at its ends.
-std::string WithoutIndentation(std::string_view line) {
-  std::string text;
-  text.reserve(line.size());
-  for (const char c : line) {
-    if (c != '\t') text += c;
-  }
-  return std::string(TrimBlanks(text));
-}
-
-}  // namespace
 
 std::string BXReportFile::GetFirstLine() {
+  std::string line;
+  AppendFirstLine(line);
+  return line;
+}
+
+bool BXReportFile::AppendFirstLine(std::string& text) {
   const Procedure procedure =
       InProcedure("GetFirstLine", "Fehler beim Ermitteln der ersten Zeile.");
-  return procedure.Run([&]() -> std::string {
-    m_strLastLine.clear();
-    m_strLastOutput.clear();
+  return procedure.Run([&] {
+    m_strLastLine = {};
+    m_strLastOutput = {};
     m_bBlockOpen = false;
     if (!m_aWrite) m_objLevel[0]->PrepareWriting(m_aWrite, 0);
-    if (!m_aWrite || m_aWrite->rows() == 0) return {};
+    if (!m_aWrite || m_aWrite->rows() == 0) return false;
     m_lngRow = 1;
     m_lngLevel = m_aWrite->Level(m_lngRow);
     m_strLastLine = m_aWrite->Text(m_lngRow);
     m_strLastOutput = m_strLastLine;
-    return m_strLastLine;
+    text.append(m_strLastLine);
+    return !m_strLastLine.empty();
   });
 }
 
 std::string BXReportFile::GetNextLine() {
+  std::string line;
+  AppendNextLine(line);
+  return line;
+}
+
+bool BXReportFile::AppendNextLine(std::string& text) {
   const Procedure procedure =
       InProcedure("GetNextLine", "Fehler beim Ermitteln der nächsten Zeile.");
   return procedure.Run([&] {
     if (!m_aWrite) throw Failure(kObjectNotSet);
+    const std::size_t begin = text.size();
     ++m_lngRow;
-    std::string line = m_lngRow > m_aWrite->rows() ? CloseLevel() : NextRow();
-    m_strLastOutput = WithoutIndentation(line);
-    return line;
+    if (m_lngRow > m_aWrite->rows()) {
+      CloseLevel(text);
+    } else {
+      AppendRow(text);
+    }
+    return text.size() > begin;
   });
 }
 
-std::string BXReportFile::NextRow() {
+// The row, or the brace line that is due before it.
+void BXReportFile::AppendRow(std::string& text) {
   const std::int32_t level = m_aWrite->Level(m_lngRow);
-  const std::string_view text = m_aWrite->Text(m_lngRow);
-  std::string bookmark;
-  if (CheckForWritingLevelBookmarks(level, text, bookmark)) {
+  const std::string_view row = m_aWrite->Text(m_lngRow);
+  const Bookmark bookmark = CheckForWritingLevelBookmarks(level, row);
+  if (!bookmark.brace.empty()) {
     --m_lngRow;
-    return bookmark;
+    return AppendBrace(bookmark, text);
   }
   m_lngLevel = level;
-  m_strLastLine = text;
-  return LevelToSpaceString(level).append(text);
+  m_strLastLine = row;
+  m_strLastOutput = StripLine(row);
+  AppendLevelSpace(level, text);
+  text.append(row);
+}
+
+void BXReportFile::AppendBrace(const Bookmark& bookmark, std::string& text) {
+  AppendLevelSpace(bookmark.level, text);
+  text.append(bookmark.brace);
+  m_strLastOutput = bookmark.brace;
 }
 
 // Behind the last row: one closing brace per level still open above level 1.
-std::string BXReportFile::CloseLevel() {
+void BXReportFile::CloseLevel(std::string& text) {
   --m_lngRow;
-  if (m_lngLevel <= 1) return {};
-  return LevelToSpaceString(m_lngLevel--) + "}";
+  m_strLastOutput = {};
+  if (m_lngLevel > 1) AppendBrace({m_lngLevel--, "}"}, text);
 }
 
-std::string BXReportFile::LevelToSpaceString(std::int32_t lngLevel) const {
-  return InProcedure("LevelToSpaceString").Run([&] {
-    const auto tabs = static_cast<std::size_t>(lngLevel / 4);
-    return std::string(tabs, '\t').append(static_cast<std::size_t>(lngLevel) - 4 * tabs, ' ');
-  });
+void BXReportFile::AppendLevelSpace(std::int32_t lngLevel, std::string& text) {
+  const auto tabs = static_cast<std::size_t>(lngLevel / 4);
+  text.append(tabs, '\t').append(static_cast<std::size_t>(lngLevel) - 4 * tabs, ' ');
 }
 
-bool BXReportFile::CheckForWritingLevelBookmarks(std::int32_t lngLevel, std::string_view strLine,
-                                                 std::string& strBookmark) {
-  return InProcedure("CheckForWritingLevelBookmarks").Run([&] {
-    strBookmark.clear();
-    if (lngLevel < m_lngLevel) return BookmarkOnTheWayUp(lngLevel, strLine, strBookmark);
-    if (lngLevel == m_lngLevel) return BookmarkBetweenEquals(strLine, strBookmark);
-    if (lngLevel <= 1) return false;  // level 1 is implied by the section above
-    strBookmark = LevelToSpaceString(lngLevel) + "{";
+BXReportFile::Bookmark BXReportFile::CheckForWritingLevelBookmarks(std::int32_t lngLevel,
+                                                                   std::string_view strLine) {
+  return InProcedure("CheckForWritingLevelBookmarks").Run([&]() -> Bookmark {
+    if (lngLevel < m_lngLevel) return BookmarkOnTheWayUp(lngLevel, strLine);
+    if (lngLevel == m_lngLevel) return BookmarkBetweenEquals(strLine);
+    if (lngLevel <= 1) return {};  // level 1 is implied by the section above
     m_lngLevel = lngLevel;
-    return true;
+    return {lngLevel, "{"};
   });
 }
 
-bool BXReportFile::BookmarkBetweenEquals(std::string_view strLine, std::string& strBookmark) {
-  if (m_lngLevel < 1) return false;
+BXReportFile::Bookmark BXReportFile::BookmarkBetweenEquals(std::string_view strLine) {
+  if (m_lngLevel < 1) return {};
   const bool close = m_bBlockOpen;
   m_bBlockOpen = !close && NeedsEmptyBlock(strLine);
-  if (!close && !m_bBlockOpen) return false;
-  strBookmark = LevelToSpaceString(m_lngLevel + 1) + (close ? "}" : "{");
-  return true;
+  if (!close && !m_bBlockOpen) return {};
+  return {m_lngLevel + 1, close ? "}" : "{"};
 }
 
-bool BXReportFile::BookmarkOnTheWayUp(std::int32_t lngLevel, std::string_view strLine,
-                                      std::string& strBookmark) {
-  if (lngLevel <= 0 && m_lngLevel < 2) return false;
+BXReportFile::Bookmark BXReportFile::BookmarkOnTheWayUp(std::int32_t lngLevel,
+                                                        std::string_view strLine) {
+  if (lngLevel <= 0 && m_lngLevel < 2) return {};
   const bool close = m_bBlockOpen;
   m_bBlockOpen = !close && NeedsEmptyBlock(strLine);
-  if (close || m_bBlockOpen) {
-    strBookmark = LevelToSpaceString(m_lngLevel + 1) + (close ? "}" : "{");
-  } else {
-    strBookmark = LevelToSpaceString(m_lngLevel--) + "}";
-  }
-  return true;
+  if (close || m_bBlockOpen) return {m_lngLevel + 1, close ? "}" : "{"};
+  return {m_lngLevel--, "}"};
 }
 
 // True when the section written last was followed by nothing yet, not even a brace, and another

@@ -136,6 +136,44 @@ TEST_F(NestingTest, NoLevelGetsBelowItself) {
   EXPECT_EQ(Rows(lines), 2);
 }
 
+// What is converted, compared or checked becomes the level's own, so it must not hold the level.
+TEST_F(NestingTest, NoLevelTakesOverItself) {
+  constexpr std::uint32_t kRefused = 0x800A0005u;
+  const auto level = component_.Create<IBXLevelBasis>(CLSID_BXLevel0);
+  const auto array = component_.Create<IXArrayDB>(CLSID_XArrayDB);
+  const auto empty = component_.Create<IXArrayDB>(CLSID_XArrayDB);
+  array->ReDim(1, 1, 0, 12);
+  array->put_Value(1, 0, LongValue(bxsUpdate));
+  array->put_Value(1, 1, TextValue(L"[A]"));
+  const Variant itself = Variant::Object(ComPtr<IDispatch>::Query(level.get()).Detach());
+  array->putref_Value(1, 12, itself.get());
+  IXArrayDB* one = array.get();
+  IXArrayDB* none = empty.get();
+  VARIANT_BOOL done = VARIANT_FALSE;
+  EXPECT_EQ(Unsigned(level->Convert(array.get(), array.get())), kRefused);
+  EXPECT_EQ(Unsigned(level->Convert(empty.get(), array.get())), kRefused);
+  EXPECT_EQ(Unsigned(level->Compare(&none, &one)), kRefused);
+  EXPECT_EQ(Unsigned(level->CompareElements(&one, &one, nullptr)), kRefused);
+  EXPECT_EQ(Unsigned(level->CheckMissingElements(&one, &none, bxsNew)), kRefused);
+  EXPECT_EQ(Unsigned(level->CheckForAddingAllElements(&none, &one, &done)), kRefused);
+  EXPECT_EQ(Rows(array), 1);
+  array->DeleteRows(1, 1);
+}
+
+TEST_F(NestingTest, DeepLevelsAreLetGoOfWithoutDeepCalls) {
+  auto level = grandchild_;
+  for (int depth = 0; depth < 100'000; ++depth) {
+    ASSERT_EQ(AddSection(level.get(), L"[A]"), S_OK);
+    ComPtr<IBXLevelBasis> next;
+    ASSERT_EQ(level->get_LastElement(next.Put()), S_OK);
+    if (!next) next = component_.Create<IBXLevelBasis>(CLSID_BXLevel1);
+    level = next;
+  }
+  level = grandchild_ = child_ = parent_ = {};
+  childs_array_ = array_ = {};
+  EXPECT_EQ(component_.CanUnloadNow(), S_OK);
+}
+
 TEST_F(NestingTest, OneLevelMayStandAtSeveralPlaces) {
   EXPECT_EQ(AddChild(parent_.get(), child_.get()), S_OK);
   EXPECT_EQ(AddChild(parent_.get(), grandchild_.get()), S_OK);
@@ -154,8 +192,6 @@ TEST_F(NestingTest, WhatIsTooDeepIsRefusedBeforeTheStackEnds) {
   ComPtr<IXArrayDB> lines;
   EXPECT_EQ(Unsigned(parent_->PrepareWriting(lines.Put(), 0)), kOutOfStackSpace);
   EXPECT_EQ(LastError(), "Tessary.BXLevel0: Nicht genügend Stapelspeicher");
-  IXArrayDB* whole = array_.get();
-  EXPECT_EQ(Unsigned(parent_->Compare(&whole, &whole)), kOutOfStackSpace);
   const auto report = component_.Create<IBXReportFile>(CLSID_BXReportFile);
   ASSERT_EQ(report->putref_ReportFile(array_.get()), S_OK);
   BSTR line = nullptr;
@@ -333,6 +369,21 @@ TEST_F(ComClientTest, SinksMayEmptyTheArrays) {
   EXPECT_EQ(sink.heard.size(), 1u);
   EXPECT_EQ(Rows(diff), 0);
   EventsOf(level.get())->Unadvise(cookie);
+}
+
+TEST_F(ComClientTest, ConnectionPointsBelongToTheirThread) {
+  const auto level = component_.Create<IBXLevelBasis>(CLSID_BXLevel0);
+  const auto events = EventsOf(level.get());
+  Sink sink;
+  DWORD cookie = 0;
+  HRESULT advised = S_OK;
+  HRESULT unadvised = S_OK;
+  std::thread([&] {
+    advised = events->Advise(&sink, &cookie);
+    unadvised = events->Unadvise(1);
+  }).join();
+  EXPECT_EQ(advised, RPC_E_WRONG_THREAD);
+  EXPECT_EQ(unadvised, RPC_E_WRONG_THREAD);
 }
 
 }  // namespace

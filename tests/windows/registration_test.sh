@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Registers the component, runs the scripts against it, unregisters it and finds the registry as it
 # was; then the same registration for the current user.
-#   registration_test.sh DLL SCRIPT_HOST CLOSE_PROTOCOLS SOURCES SYSTEM_FOLDER
+#   registration_test.sh DLL SCRIPT_HOST REGISTERED_CLIENT CLOSE_PROTOCOLS SOURCES SYSTEM_FOLDER
 set -euo pipefail
 dll=$1
 script_host=$2
-close_protocols=$3
-sources=$4
-system="C:\\windows\\$5"
+registered_client=$3
+close_protocols=$4
+sources=$5
+system="C:\\windows\\$6"
 scripts=$sources/tests/windows/scripts
 work=$(mktemp -d)
 closer=
@@ -51,8 +52,17 @@ regsvr32
 grep -q 'Tessary Berichtskonvertierung' <<<"$(value 'HKLM\Software\Classes\Tessary.BXConvertLLMgr.1')"
 grep -q 'Tessary.BXLevel9.1' <<<"$(value 'HKLM\Software\Classes\Tessary.BXLevel9\CurVer')"
 
+echo "== client that asks the system"
+timeout 60 wine "$registered_client" </dev/null
+
 run_script tree.vbs
 run_script compare.vbs
+echo "== tree.vbs in the system's own host"
+{ iconv -f UTF-8 -t CP1252 "$scripts/tree.vbs" && printf '\r\nWScript.Quit 7\r\n'; } >"$work/tree.vbs"
+code=0
+timeout 60 wine "$system\\cscript.exe" //nologo "$(native "$work/tree.vbs")" </dev/null || code=$?
+[ "$code" -eq 7 ]
+
 cp -r "$sources/samples" "$work/samples"
 run_script manager.vbs "$(native "$work/samples")"
 

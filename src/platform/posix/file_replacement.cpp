@@ -51,6 +51,8 @@ class TemporaryReplacement final : public PosixReplacement {
     }
   }
 
+  void SetReproducible() override { reproducible_ = true; }
+
   void Commit() override {
     if (!usable_) throw Failure(kInvalidCall);
     WriteBuffer();
@@ -58,7 +60,7 @@ class TemporaryReplacement final : public PosixReplacement {
     if (copied_status_) CopyChangeTime(*copied_status_, file_->fd());
     Flush(file_->fd());
     file_->MoveTo(target_);
-    FlushNewName();
+    if (!reproducible_) FlushNewName();
   }
 
   bool Damaged() const override { return false; }
@@ -99,6 +101,7 @@ class TemporaryReplacement final : public PosixReplacement {
   std::unique_ptr<TemporaryFile> file_;
   bool is_new_;
   bool usable_ = true;
+  bool reproducible_ = false;
   std::string buffer_;
   std::optional<struct stat> copied_status_;
 };

@@ -154,7 +154,7 @@ class PosixFileSystem final : public FileSystem {
   std::string ReadProfileString(const std::string& path, std::string_view section,
                                 std::string_view key) override {
     try {
-      return FindProfileString(ReadWholeFile(*OpenForReading(path)), section, key);
+      return FindProfileString(*OpenForReading(path), section, key);
     } catch (const Failure&) {
     } catch (const std::bad_alloc&) {
     }
