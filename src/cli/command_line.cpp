@@ -149,6 +149,9 @@ class ParsedCommand {
         }
         line.answer_on_backup_failure = value == "continue" ? Answer::kYes : Answer::kNo;
         break;
+      case OptionId::kDryRun:
+        line.dry_run = true;
+        break;
       case OptionId::kHtml:
         if (value.empty()) return MissingValue(spec_, option);
         line.html = value;

@@ -17,6 +17,7 @@ struct CommandLine {
   std::string backup;
   std::vector<std::string> omit;
   Answer answer_on_backup_failure = Answer::kNo;
+  bool dry_run = false;
   std::string html;
   bool json = false;
   bool quiet = false;

@@ -17,6 +17,9 @@ constexpr OptionSpec kOnBackupFailure = {
     OptionId::kOnBackupFailure, "--on-backup-failure", "ANTWORT", false,
     "Antwort, wenn eine Sicherung misslingt und niemand am\nTerminal gefragt werden kann: abort "
     "(nicht konvertieren,\nVorgabe) oder continue (ohne Sicherung konvertieren)"};
+constexpr OptionSpec kDryRun = {OptionId::kDryRun, "--dry-run", "", false,
+                                "nur zeigen, was geschähe: alles im Arbeitsspeicher,\n"
+                                "weder Berichte noch Sicherungen werden geschrieben"};
 constexpr OptionSpec kHtml = {OptionId::kHtml, "--html", "FILE", false,
                               "Protokoll auch als HTML-Seite in diese Datei schreiben;\n"
                               "überschrieben wird nur eine frühere solche Seite"};
@@ -26,9 +29,9 @@ constexpr OptionSpec kQuiet = {OptionId::kQuiet, "--quiet", "", false,
                                "nur Fehler und Warnungen ausgeben, keinen Fortschritt"};
 
 constexpr std::array kDiffOptions = {kHtml, kJson, kQuiet};
-constexpr std::array kConvertOptions = {kBackup, kOnBackupFailure, kHtml, kJson, kQuiet};
-constexpr std::array kConvertFolderOptions = {kBackup, kOmit, kOnBackupFailure,
-                                              kHtml,   kJson, kQuiet};
+constexpr std::array kConvertOptions = {kBackup, kOnBackupFailure, kDryRun, kHtml, kJson, kQuiet};
+constexpr std::array kConvertFolderOptions = {kBackup, kOmit, kOnBackupFailure, kDryRun, kHtml,
+                                              kJson,   kQuiet};
 constexpr std::array kFileOptions = {kQuiet};
 
 constexpr std::array<OperandSpec, 3> kDiffOperands = {{
@@ -80,6 +83,7 @@ constexpr std::array<CommandSpec, 8> kCommands = {{
      kConvertFolderOperands, false, false, kConvertFolderOptions,
      "Sichert jeden Bericht und wendet die Differenz-Dateien seiner Referenz der Reihe nach\n"
      "an, ausgehend von seiner Version.",
+     "tessary convert-folder differenz Berichte --dry-run\n"
      "tessary convert-folder differenz Berichte\n"
      "tessary convert-folder differenz Berichte --omit Angebot.lst --omit Mahnung.lst\n"
      "tessary convert-folder differenz Berichte --backup Sicherung --on-backup-failure=continue\n"

@@ -16,7 +16,7 @@ enum class CommandId {
   kHelp
 };
 
-enum class OptionId { kBackup, kOmit, kOnBackupFailure, kHtml, kJson, kQuiet };
+enum class OptionId { kBackup, kOmit, kOnBackupFailure, kDryRun, kHtml, kJson, kQuiet };
 
 struct OperandSpec {
   std::string_view name;

@@ -54,11 +54,12 @@ Json Entries(const ErrorCollection& errors) {
 }  // namespace
 
 std::string ResultAsJson(bool result, const ResultLog& log,
-                         const std::vector<std::string>& warnings) {
-  Json object = {{"result", result},
-                 {"correct", Correct(log.dictCorrect)},
-                 {"errors", Errors(log.dictErrors)},
-                 {"entries", Entries(*log.errors.objErrors)}};
+                         const std::vector<std::string>& warnings, bool dry_run) {
+  Json object = {{"result", result}};
+  if (dry_run) object["dry_run"] = true;
+  object["correct"] = Correct(log.dictCorrect);
+  object["errors"] = Errors(log.dictErrors);
+  object["entries"] = Entries(*log.errors.objErrors);
   if (!warnings.empty()) object["warnings"] = Texts(warnings);
   return object.dump(kIndent) + "\n";
 }

@@ -16,6 +16,7 @@
 #include "cli/run_summary.h"
 #include "cli/tessary.h"
 #include "manager/convert_ll_mgr.h"
+#include "platform/overlay_files.h"
 #include "platform/path.h"
 #include "ui/console/console_user_interface.h"
 #include "ui/console/protocol_text.h"
@@ -33,13 +34,15 @@ std::string FolderWithReports(const CommandLine& line) {
 // One run of an operation with all that it leaves behind.
 class OperationRun {
  public:
-  OperationRun(const CommandLine& line, const CommandSurroundings& around)
+  // `files` is what the operation works on, which a dry run only seems to change.
+  OperationRun(const CommandLine& line, const CommandSurroundings& around, FileSystem& files)
       : line_(line),
         around_(around),
-        omit_(around.files, FolderWithReports(line), line.omit),
-        notices_(around.messages, around.files),
+        files_(files),
+        omit_(files, FolderWithReports(line), line.omit),
+        notices_(around.messages, files),
         user_(around.messages, notices_, line.answer_on_backup_failure),
-        manager_(log_, {around.files, user_, nullptr, &notices_}) {}
+        manager_(log_, {files, user_, nullptr, &notices_}) {}
 
   int Run() {
     notices_.SetOmit([this](const std::string& name) { return omit_.IsOmitted(name); });
@@ -50,7 +53,7 @@ class OperationRun {
     around_.messages.Clear();
     const bool page_is_written = line_.html.empty() || WriteThePage(result);
     if (line_.json) {
-      around_.output.Text(ResultAsJson(result, log_, notices_.warnings()));
+      around_.output.Text(ResultAsJson(result, log_, notices_.warnings(), line_.dry_run));
     } else {
       PrintResult(page_is_written);
     }
@@ -78,7 +81,7 @@ class OperationRun {
 
   std::optional<RepairGuide> Repair() const {
     if (log_.dictErrors.Count() == 0) return std::nullopt;
-    return RepairStepsFor(line_, around_.files);
+    return RepairStepsFor(line_, files_);
   }
 
   bool WriteThePage(bool result) {
@@ -102,7 +105,8 @@ class OperationRun {
     if (!line_.html.empty() && page_is_written) {
       around_.output.Line("Protokollseite: " + Printable(line_.html));
     }
-    around_.output.Line(std::visit([](const auto& s) { return SummaryText(s); }, summary));
+    const std::string text = std::visit([](const auto& s) { return SummaryText(s); }, summary);
+    around_.output.Line(line_.dry_run ? "Probelauf, nichts geschrieben: " + text : text);
   }
 
   void PrintRepair() {
@@ -143,6 +147,7 @@ class OperationRun {
 
   const CommandLine& line_;
   const CommandSurroundings& around_;
+  FileSystem& files_;
   ResultLog log_;
   OmitList omit_;
   NoticeCollector notices_;
@@ -161,7 +166,9 @@ int RunOperation(const CommandLine& line, const CommandSurroundings& around) {
       return kExitWrongUsage;
     }
   }
-  return OperationRun(line, around).Run();
+  OverlayFiles trial(around.files);
+  FileSystem& files = line.dry_run ? static_cast<FileSystem&>(trial) : around.files;
+  return OperationRun(line, around, files).Run();
 }
 
 }  // namespace tessary

@@ -119,6 +119,7 @@ ProtocolPage PageFor(const CommandLine& line, const RunOutcome& outcome, Protoco
       .files = {},
       .repair = std::move(repair)};
   SetOutcome(outcome, page);
+  if (line.dry_run) page.outcome.insert(0, "Probelauf, nichts geschrieben: ");
   AddNames("Wegen einer Antwort übersprungen", outcome.files.skipped, page);
   if (const auto* converted = std::get_if<ConvertSummary>(&outcome.summary)) {
     AddNames("Ohne passende Differenz-Datei unverändert", converted->unchanged, page);

@@ -62,6 +62,7 @@ std::string CommandText(const CommandLine& line) {
   if (line.answer_on_backup_failure == Answer::kYes) {
     text.append(name(OptionId::kOnBackupFailure) + "=continue");
   }
+  if (line.dry_run) text.append(name(OptionId::kDryRun));
   if (!line.html.empty())
     text.append(name(OptionId::kHtml) + "=" + ShellWord(AbsolutePath(line.html)));
   if (line.json) text.append(name(OptionId::kJson));

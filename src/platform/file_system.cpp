@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "platform/failure.h"
+#include "platform/path.h"
+
 namespace tessary {
 
 namespace {
@@ -20,6 +23,15 @@ std::size_t FillBlock(FileReader& file, std::string& block) {
 }
 
 }  // namespace
+
+void FileSystem::CheckCreatingFolder(const std::string& path) {
+  if (FileExists(path) || FolderExists(path)) throw Failure(kFileExists);
+  if (!FolderExists(ParentFolderOf(path))) throw Failure(kPathNotFound);
+}
+
+std::string FileSystem::IdentityOf(const std::string& path) {
+  return FileExists(path) ? path : std::string();
+}
 
 std::string ReadWholeFile(FileReader& file) {
   // A hint may be far off (sparse files), so memory beyond these bounds is taken step by step.

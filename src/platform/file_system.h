@@ -74,6 +74,15 @@ class FileSystem {
   // Creates one folder; its parent must exist.
   virtual void CreateFolder(const std::string& path) = 0;
 
+  // Raise what OpenForReplacing or CreateFolder would, as far as it shows beforehand, and create
+  // nothing.
+  virtual void CheckReplacing(const std::string& path) { OpenForReplacing(path); }
+  virtual void CheckCreatingFolder(const std::string& path);
+
+  // A text that all paths of one existing file share (links, letter case) and no other file has;
+  // empty when there is no such file.
+  virtual std::string IdentityOf(const std::string& path);
+
   // Removes what a run that died may have left in `folder`; never fails.
   virtual void RemoveLeftovers(const std::string& folder) = 0;
 

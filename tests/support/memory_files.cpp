@@ -203,6 +203,10 @@ void MemoryFiles::CreateFolder(const std::string& path) {
   folders_.insert(folder);
 }
 
+std::string MemoryFiles::IdentityOf(const std::string& path) {
+  return FileExists(path) ? Resolved(path) : std::string();
+}
+
 void MemoryFiles::RemoveLeftovers(const std::string& folder) {
   const std::string wanted = Normalised(folder);
   std::erase_if(files_, [&](const auto& file) {

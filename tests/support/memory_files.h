@@ -44,6 +44,7 @@ class MemoryFiles : public FileSystem {
   bool SameContents(const std::string& a, const std::string& b) override;
   void CreateFolder(const std::string& path) override;
   void RemoveLeftovers(const std::string& folder) override;
+  std::string IdentityOf(const std::string& path) override;
   std::string ReadProfileString(const std::string& path, std::string_view section,
                                 std::string_view key) override;
 

@@ -4,6 +4,7 @@
 #include "platform/failure.h"
 #include "platform/file_names.h"
 #include "platform/file_system.h"
+#include "platform/text.h"
 #include "platform/windows/directory.h"
 #include "platform/windows/file_replacement.h"
 #include "platform/windows/native_path.h"
@@ -122,6 +123,22 @@ class WindowsFileSystem final : public FileSystem {
 
   void CreateFolder(const std::string& path) override {
     if (!CreateDirectoryW(NativePath(path).c_str(), nullptr)) FailWithLastError();
+  }
+
+  void CheckReplacing(const std::string& path) override { CheckReplacement(path); }
+
+  void CheckCreatingFolder(const std::string& path) override {
+    FileSystem::CheckCreatingFolder(path);
+    CheckNewFile(NativePath(path));
+  }
+
+  std::string IdentityOf(const std::string& path) override {
+    if (!FileExists(path)) return {};
+    OpenedFile file{TryOpen(NativePath(path), 0, kShareAll), {}};
+    // A file that cannot be asked is still there, under its name at least.
+    if (!GetFileInformationByHandle(file.handle.get(), &file.info)) return FoldCase(path);
+    return std::to_string(file.info.dwVolumeSerialNumber) + " " +
+           std::to_string(std::uint64_t{file.info.nFileIndexHigh} << 32 | file.info.nFileIndexLow);
   }
 
   void RemoveLeftovers(const std::string& folder) override {
