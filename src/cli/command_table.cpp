@@ -32,6 +32,7 @@ constexpr std::array kDiffOptions = {kHtml, kJson, kQuiet};
 constexpr std::array kConvertOptions = {kBackup, kOnBackupFailure, kDryRun, kHtml, kJson, kQuiet};
 constexpr std::array kConvertFolderOptions = {kBackup, kOmit, kOnBackupFailure, kDryRun, kHtml,
                                               kJson,   kQuiet};
+constexpr std::array kCheckOptions = {kOmit, kJson, kQuiet};
 constexpr std::array kFileOptions = {kQuiet};
 
 constexpr std::array<OperandSpec, 3> kDiffOperands = {{
@@ -52,6 +53,10 @@ constexpr std::array<OperandSpec, 2> kConvertFolderOperands = {{
     {"DIFFDIR", "Ordner mit den Differenz-Dateien"},
     {"REPORTDIR", "Ordner mit den Berichten; sie werden überschrieben"},
 }};
+constexpr std::array<OperandSpec, 2> kCheckOperands = {{
+    {"DIFFDIR", "Ordner mit den Differenz-Dateien"},
+    {"REPORTDIR", "Ordner mit den Berichten; nichts wird geändert"},
+}};
 constexpr std::array<OperandSpec, 1> kInfoOperands = {
     {{"FILE", "Datei, über die Auskunft gegeben wird"}}};
 constexpr std::array<OperandSpec, 1> kShowOperands = {{{"FILE", "Bericht oder Differenz-Datei"}}};
@@ -61,7 +66,7 @@ constexpr std::array<OperandSpec, 2> kRoundtripOperands = {{
 }};
 constexpr std::array<OperandSpec, 1> kHelpOperands = {{{"COMMAND", "Befehl, der erklärt wird"}}};
 
-constexpr std::array<CommandSpec, 8> kCommands = {{
+constexpr std::array<CommandSpec, 9> kCommands = {{
     {CommandId::kDiff, "diff", "zwei Versionen eines Berichts vergleichen", kDiffOperands, false,
      false, kDiffOptions,
      "Schreibt die Unterschiede in eine Differenz-Datei, deren Name aus beiden Versionen\n"
@@ -88,6 +93,13 @@ constexpr std::array<CommandSpec, 8> kCommands = {{
      "tessary convert-folder differenz Berichte --omit Angebot.lst --omit Mahnung.lst\n"
      "tessary convert-folder differenz Berichte --backup Sicherung --on-backup-failure=continue\n"
      "tessary convert-folder differenz Berichte --html protokoll.html"},
+    {CommandId::kCheck, "check", "prüfen, wie weit die Differenz-Dateien jeden Bericht bringen",
+     kCheckOperands, false, false, kCheckOptions,
+     "Nennt zu jedem Bericht die Differenz-Dateien, die angewendet würden, und was fehlt,\n"
+     "doppelt ist oder zu nichts passt. Endet mit 0, wenn jeder Bericht ohne Lücke auf die\n"
+     "neueste Version seiner Referenz kommt, sonst mit 1.",
+     "tessary check differenz Berichte\n"
+     "tessary check differenz Berichte --omit Eigener.lst --json"},
     {CommandId::kInfo, "info", "Version und Referenz von Berichten anzeigen", kInfoOperands, true,
      false, kFileOptions, "Endet mit 1, wenn eine der Dateien kein Bericht ist.",
      "tessary info Berichte/*.lst"},

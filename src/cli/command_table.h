@@ -10,6 +10,7 @@ enum class CommandId {
   kDiffFolder,
   kConvert,
   kConvertFolder,
+  kCheck,
   kInfo,
   kShow,
   kRoundtrip,

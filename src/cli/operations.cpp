@@ -46,9 +46,7 @@ class OperationRun {
 
   int Run() {
     notices_.SetOmit([this](const std::string& name) { return omit_.IsOmitted(name); });
-    for (const std::string& name : omit_.unmatched()) {
-      notices_.Warning("Zu --omit " + name + " gibt es keine Datei im Berichtsordner.");
-    }
+    for (const std::string& name : omit_.unmatched()) notices_.Warning(UnmatchedOmitText(name));
     const bool result = CallManager();
     around_.messages.Clear();
     const bool page_is_written = line_.html.empty() || WriteThePage(result);

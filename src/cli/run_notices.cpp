@@ -10,6 +10,10 @@ namespace tessary {
 
 std::string WarningLine(std::string_view text) { return "Warnung: " + std::string(text); }
 
+std::string UnmatchedOmitText(const std::string& name) {
+  return "Zu --omit " + name + " gibt es keine Datei im Berichtsordner.";
+}
+
 void NoticeCollector::Warning(const std::string& text) {
   if (!known_.insert(text).second) return;
   warnings_.push_back(text);

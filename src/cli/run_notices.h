@@ -17,6 +17,9 @@ namespace tessary {
 // A warning as it stands on standard error.
 std::string WarningLine(std::string_view text);
 
+// The warning about a name given with --omit for which there is no file.
+std::string UnmatchedOmitText(const std::string& name);
+
 // Prints each different warning of a run at once and keeps it for the result. Reports that were
 // skipped because of an answer are warnings too, each under its name.
 class NoticeCollector : public RunNotices {

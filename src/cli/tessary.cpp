@@ -37,6 +37,8 @@ class Runner {
   int operator()(const CommandLine& line) {
     CommandSurroundings around{console_, files_, output_, messages_};
     switch (line.command) {
+      case CommandId::kCheck:
+        return Delivered(RunCheck(line, around));
       case CommandId::kInfo:
         return Delivered(RunInfo(line, around));
       case CommandId::kShow:

@@ -2,9 +2,6 @@
 // one to the other, writing the report back. A folder run applies to each report the chain of
 // difference files that leads on from its version, one step after the other.
 
-#include <algorithm>
-#include <tuple>
-
 #include "levels/level_factory.h"
 #include "manager/backup.h"
 #include "manager/convert_ll_mgr.h"
@@ -173,10 +170,7 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertFolder(Step& step, const std::str
   const std::vector<ListedFile> reports =
       ListForConversion(step, ListKind::kReports, report_folder, omit);
 
-  std::stable_sort(differences.begin(), differences.end(),
-                   [](const ListedFile& a, const ListedFile& b) {
-                     return std::tie(a.reference, a.version) < std::tie(b.reference, b.version);
-                   });
+  SortForChains(differences);
   for (const ListedFile& report : reports) {
     step.exit_message = "Fehler beim Konvertieren des Berichtes " + report.name;
     if (!backup.skip &&

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "engine/element_table.h"
 #include "engine/engine_context.h"
@@ -21,6 +22,11 @@ struct ReadStatistics {
 // collection; `statistics` may be null and is set on success.
 Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& context,
                              const std::string& path, ReadStatistics* statistics);
+
+// True for the beginning of a file of a newer format, which ReadReport refuses. As many bytes as
+// the longest mark has tell.
+inline constexpr std::size_t kLongestByteOrderMark = 3;
+bool HasByteOrderMark(std::string_view bytes);
 
 // Writes a tree over `path`, which is replaced as a whole wherever that is possible. Raises
 // Failure and leaves entries in the context's error collection; then `damaged`, which may be null,
