@@ -152,6 +152,10 @@ class ParsedCommand {
       case OptionId::kDryRun:
         line.dry_run = true;
         break;
+      case OptionId::kJournal:
+        if (value.empty()) return MissingValue(spec_, option);
+        line.journal = value;
+        break;
       case OptionId::kHtml:
         if (value.empty()) return MissingValue(spec_, option);
         line.html = value;

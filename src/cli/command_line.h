@@ -18,6 +18,7 @@ struct CommandLine {
   std::vector<std::string> omit;
   Answer answer_on_backup_failure = Answer::kNo;
   bool dry_run = false;
+  std::string journal;
   std::string html;
   bool json = false;
   bool quiet = false;

@@ -20,6 +20,10 @@ constexpr OptionSpec kOnBackupFailure = {
 constexpr OptionSpec kDryRun = {OptionId::kDryRun, "--dry-run", "", false,
                                 "nur zeigen, was geschähe: alles im Arbeitsspeicher,\n"
                                 "weder Berichte noch Sicherungen werden geschrieben"};
+constexpr OptionSpec kJournal = {OptionId::kJournal, "--journal", "FILE", false,
+                                 "jede angewendete und jede wirkungslose Änderung als\n"
+                                 "JSON-Zeile in diese Datei schreiben; überschrieben wird\n"
+                                 "nur eine frühere solche Datei"};
 constexpr OptionSpec kHtml = {OptionId::kHtml, "--html", "FILE", false,
                               "Protokoll auch als HTML-Seite in diese Datei schreiben;\n"
                               "überschrieben wird nur eine frühere solche Seite"};
@@ -29,9 +33,10 @@ constexpr OptionSpec kQuiet = {OptionId::kQuiet, "--quiet", "", false,
                                "nur Fehler und Warnungen ausgeben, keinen Fortschritt"};
 
 constexpr std::array kDiffOptions = {kHtml, kJson, kQuiet};
-constexpr std::array kConvertOptions = {kBackup, kOnBackupFailure, kDryRun, kHtml, kJson, kQuiet};
-constexpr std::array kConvertFolderOptions = {kBackup, kOmit, kOnBackupFailure, kDryRun, kHtml,
-                                              kJson,   kQuiet};
+constexpr std::array kConvertOptions = {kBackup, kOnBackupFailure, kDryRun, kJournal, kHtml, kJson,
+                                        kQuiet};
+constexpr std::array kConvertFolderOptions = {
+    kBackup, kOmit, kOnBackupFailure, kDryRun, kJournal, kHtml, kJson, kQuiet};
 constexpr std::array kCheckOptions = {kOmit, kJson, kQuiet};
 constexpr std::array kFileOptions = {kQuiet};
 

@@ -17,7 +17,7 @@ enum class CommandId {
   kHelp
 };
 
-enum class OptionId { kBackup, kOmit, kOnBackupFailure, kDryRun, kHtml, kJson, kQuiet };
+enum class OptionId { kBackup, kOmit, kOnBackupFailure, kDryRun, kJournal, kHtml, kJson, kQuiet };
 
 struct OperandSpec {
   std::string_view name;

@@ -54,9 +54,13 @@ Json Entries(const ErrorCollection& errors) {
 }  // namespace
 
 std::string ResultAsJson(bool result, const ResultLog& log,
-                         const std::vector<std::string>& warnings, bool dry_run) {
+                         const std::vector<std::string>& warnings, const JsonDetails& details) {
   Json object = {{"result", result}};
-  if (dry_run) object["dry_run"] = true;
+  if (details.dry_run) object["dry_run"] = true;
+  if (details.changes) {
+    object["changes"] = {{"applied", details.changes->applied},
+                         {"skipped", details.changes->skipped}};
+  }
   object["correct"] = Correct(log.dictCorrect);
   object["errors"] = Errors(log.dictErrors);
   object["entries"] = Entries(*log.errors.objErrors);

@@ -8,8 +8,8 @@
 #include "cli/commands.h"
 #include "cli/json_output.h"
 #include "cli/omit_list.h"
-#include "cli/page_file.h"
 #include "cli/repair_steps.h"
+#include "cli/result_file.h"
 #include "cli/run_notices.h"
 #include "cli/run_page.h"
 #include "cli/run_paths.h"
@@ -42,20 +42,23 @@ class OperationRun {
         omit_(files, FolderWithReports(line), line.omit),
         notices_(around.messages, files),
         user_(around.messages, notices_, line.answer_on_backup_failure),
-        manager_(log_, {files, user_, nullptr, &notices_}) {}
+        journal_(!line.html.empty() || !line.journal.empty()),
+        manager_(log_, {.files = files, .user = user_, .notices = &notices_, .steps = &journal_}) {}
 
   int Run() {
     notices_.SetOmit([this](const std::string& name) { return omit_.IsOmitted(name); });
     for (const std::string& name : omit_.unmatched()) notices_.Warning(UnmatchedOmitText(name));
     const bool result = CallManager();
     around_.messages.Clear();
+    const bool journal_is_written = line_.journal.empty() || WriteTheJournal(result);
     const bool page_is_written = line_.html.empty() || WriteThePage(result);
     if (line_.json) {
-      around_.output.Text(ResultAsJson(result, log_, notices_.warnings(), line_.dry_run));
+      around_.output.Text(ResultAsJson(result, log_, notices_.warnings(), JsonDetailsOfRun()));
     } else {
       PrintResult(page_is_written);
     }
-    return result && page_is_written && !notices_.any_skipped() ? kExitDone : kExitFailed;
+    const bool all_is_written = page_is_written && journal_is_written;
+    return result && all_is_written && !notices_.any_skipped() ? kExitDone : kExitFailed;
   }
 
  private:
@@ -82,11 +85,25 @@ class OperationRun {
     return RepairStepsFor(line_, files_);
   }
 
+  JsonDetails JsonDetailsOfRun() const {
+    JsonDetails details{.dry_run = line_.dry_run};
+    if (Converts(line_)) details.changes = journal_.counts();
+    return details;
+  }
+
   bool WriteThePage(bool result) {
-    const RunOutcome outcome{result, notices_.any_skipped(), Summary(), WhatIsKnown(),
-                             notices_.warnings()};
-    const std::string problem = WritePage(around_.files, AbsolutePath(line_.html),
-                                          HtmlPage(PageFor(line_, outcome, Tree(), Repair())));
+    const RunOutcome outcome{result,        notices_.any_skipped(), Summary(),
+                             WhatIsKnown(), notices_.warnings(),    journal_.steps()};
+    return WriteResult(kPageFile, line_.html, HtmlPage(PageFor(line_, outcome, Tree(), Repair())));
+  }
+
+  bool WriteTheJournal(bool result) {
+    return WriteResult(kJournalFile, line_.journal,
+                       JournalText(journal_, CommandText(line_), line_.dry_run, result));
+  }
+
+  bool WriteResult(const ResultFileKind& kind, const std::string& path, std::string_view text) {
+    const std::string problem = WriteResultFile(around_.files, kind, AbsolutePath(path), text);
     if (!problem.empty()) around_.messages.Print("tessary: " + problem);
     return problem.empty();
   }
@@ -123,7 +140,7 @@ class OperationRun {
   }
 
   ConvertRun WhatIsKnown() const {
-    ConvertRun run{omit_.seen(), {}, notices_.passed_over(), notices_.skipped()};
+    ConvertRun run{omit_.seen(), {}, notices_.passed_over(), notices_.skipped(), journal_.counts()};
     // The failure of a single report may be logged under its path; it counts either way.
     if (line_.command == CommandId::kConvert && log_.dictErrors.Count() == 0) {
       run.seen.insert(FileNameOf(line_.operands[0]));
@@ -150,20 +167,26 @@ class OperationRun {
   OmitList omit_;
   NoticeCollector notices_;
   ConsoleUserInterface user_;
+  ChangeJournal journal_;
   BXConvertLLMgr manager_;
 };
+
+// Whether every file that the run shall write about itself can be written; says why not.
+bool ResultFilesAreWritable(const CommandLine& line, const CommandSurroundings& around) {
+  const auto writable = [&](const ResultFileKind& kind, const std::string& path) {
+    const std::string problem =
+        path.empty() ? path : WhyNoResultFile(around.files, kind, AbsolutePath(path));
+    if (!problem.empty()) around.messages.Print("tessary: " + problem);
+    return problem.empty();
+  };
+  return writable(kPageFile, line.html) && writable(kJournalFile, line.journal);
+}
 
 }  // namespace
 
 int RunOperation(const CommandLine& line, const CommandSurroundings& around) {
-  // Without a place for the page nothing shall have happened.
-  if (!line.html.empty()) {
-    const std::string problem = WhyNoPage(around.files, AbsolutePath(line.html));
-    if (!problem.empty()) {
-      around.messages.Print("tessary: " + problem);
-      return kExitWrongUsage;
-    }
-  }
+  // Without a place for what is asked for nothing shall have happened.
+  if (!ResultFilesAreWritable(line, around)) return kExitWrongUsage;
   OverlayFiles trial(around.files);
   FileSystem& files = line.dry_run ? static_cast<FileSystem&>(trial) : around.files;
   return OperationRun(line, around, files).Run();

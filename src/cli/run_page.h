@@ -5,6 +5,7 @@
 #include <variant>
 #include <vector>
 
+#include "cli/change_journal.h"
 #include "cli/command_line.h"
 #include "cli/run_summary.h"
 #include "ui/html/protocol_page.h"
@@ -20,6 +21,7 @@ struct RunOutcome {
   RunSummary summary;
   ConvertRun files;
   std::vector<std::string> warnings;
+  std::vector<JournalStep> steps = {};
 };
 
 // The protocol of a run as a page; `repair` where something failed.

@@ -63,8 +63,11 @@ std::string CommandText(const CommandLine& line) {
     text.append(name(OptionId::kOnBackupFailure) + "=continue");
   }
   if (line.dry_run) text.append(name(OptionId::kDryRun));
-  if (!line.html.empty())
-    text.append(name(OptionId::kHtml) + "=" + ShellWord(AbsolutePath(line.html)));
+  const auto file = [&](OptionId id, const std::string& path) {
+    if (!path.empty()) text.append(name(id) + "=" + ShellWord(AbsolutePath(path)));
+  };
+  file(OptionId::kJournal, line.journal);
+  file(OptionId::kHtml, line.html);
   if (line.json) text.append(name(OptionId::kJson));
   if (line.quiet) text.append(name(OptionId::kQuiet));
   return text;

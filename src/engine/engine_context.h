@@ -9,6 +9,7 @@
 
 namespace tessary {
 
+class ConversionObserver;
 class ElementTable;
 class EngineContext;
 class Level;
@@ -29,6 +30,9 @@ class EngineContext : public RefCounted {
   void Yield() const {
     if (loop_) loop_->Yield();
   }
+  // Who hears of the differences that are applied, or null; must outlive the work.
+  void SetObserver(ConversionObserver* observer) { observer_ = observer; }
+  ConversionObserver* observer() const { return observer_; }
   Ref<Level> CreateLevel(int number);
   // The child level of a row, which comes into being here where it was only noted so far.
   Ref<Level> ChildOf(ElementTable& array, std::int32_t row);
@@ -38,6 +42,7 @@ class EngineContext : public RefCounted {
   SharedErrors& errors_;
   MessageLoop* loop_;
   LevelFactory create_level_;
+  ConversionObserver* observer_ = nullptr;
 };
 
 }  // namespace tessary

@@ -151,10 +151,11 @@ class Checker {
     ReadResult result;
     SharedErrors errors;
     try {
-      if (HasByteOrderMark(ReadBeginning(path))) {
-        result.failures.push_back("Die Datei " + FileNameOf(path) +
-                                  " ist in einem neueren Format (mit einer Bytefolge-Marke, BOM), das "
-                                  "nicht gelesen wird.");
+      if (HasByteOrderMark(ReadBeginning(*files_.OpenForReading(path), kLongestByteOrderMark))) {
+        result.failures.push_back(
+            "Die Datei " + FileNameOf(path) +
+            " ist in einem neueren Format (mit einer Bytefolge-Marke, BOM), das "
+            "nicht gelesen wird.");
         return result;
       }
       ReadStatistics statistics;
@@ -165,19 +166,6 @@ class Checker {
                                 " kann nicht gelesen werden: " + failure.description() + ".");
     }
     return result;
-  }
-
-  std::string ReadBeginning(const std::string& path) {
-    std::string beginning(kLongestByteOrderMark, '\0');
-    const auto file = files_.OpenForReading(path);
-    std::size_t size = 0;
-    while (size < beginning.size()) {
-      const std::size_t count = file->Read(beginning.data() + size, beginning.size() - size);
-      if (count == 0) break;
-      size += count;
-    }
-    beginning.resize(size);
-    return beginning;
   }
 
   void FindDuplicateSteps() {

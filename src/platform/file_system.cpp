@@ -50,6 +50,12 @@ std::string ReadWholeFile(FileReader& file) {
   return contents;
 }
 
+std::string ReadBeginning(FileReader& file, std::size_t size) {
+  std::string beginning(size, '\0');
+  beginning.resize(FillBlock(file, beginning));
+  return beginning;
+}
+
 bool SameBytes(FileReader& a, FileReader& b) {
   std::string block_a(kBlockSize, '\0');
   std::string block_b(kBlockSize, '\0');

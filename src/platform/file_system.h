@@ -95,6 +95,9 @@ class FileSystem {
 // The whole contents of a file.
 std::string ReadWholeFile(FileReader& file);
 
+// Its first bytes, fewer than `size` where it ends before.
+std::string ReadBeginning(FileReader& file, std::size_t size);
+
 // True when both files hold the same bytes from where they have been read to on.
 bool SameBytes(FileReader& a, FileReader& b);
 

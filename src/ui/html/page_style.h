@@ -82,6 +82,7 @@ ul, ol { list-style: none; }
 .tree ul { margin: -.125rem 1rem .75rem 1.5rem; padding-left: 1.25rem;
   border-left: 2px solid var(--line); }
 .tree ul .mark { padding: .1875rem 0; }
+.more { color: var(--soft); font-size: .875rem; }
 .names { margin: .25rem 0 0; color: var(--soft); }
 .names li { display: inline; }
 .names li + li::before { content: ", "; }

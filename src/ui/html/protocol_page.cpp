@@ -61,6 +61,8 @@ Mark MarkOf(ProtocolImage image) {
   }
 }
 
+std::string_view WordOf(PageTone tone) { return tone == PageTone::kCorrect ? "Erfolg" : "Hinweis"; }
+
 // A page in the making.
 class PageWriter {
  public:
@@ -74,6 +76,7 @@ class PageWriter {
     WriteSummary();
     WriteTree();
     WriteRepair();
+    WriteDetails("aenderungen", "Änderungen", page_.changes);
     WriteNotes();
     WriteFacts();
     html_.append("</main>\n<footer><p>Erstellt von Tessary</p></footer>\n</body>\n</html>\n");
@@ -182,6 +185,34 @@ class PageWriter {
     }
     html_.append("</ol>\n</div>\n");
     EndSection();
+  }
+
+  void WriteDetails(std::string_view id, std::string_view heading,
+                    const std::vector<PageDetails>& groups) {
+    if (groups.empty()) return;
+    BeginSection(id, heading);
+    html_.append("<ul class=\"tree box\">\n");
+    for (const PageDetails& group : groups) {
+      html_.append("<li><details><summary><span class=\"mark\"><span></span><bdi>");
+      html_.append(HtmlText(group.heading)).append("</bdi></span></summary>\n<ul>\n");
+      for (const PageDetail& detail : group.details) WriteDetail(detail);
+      html_.append("</ul></details></li>\n");
+    }
+    html_.append("</ul>\n");
+    EndSection();
+  }
+
+  void WriteDetail(const PageDetail& detail) {
+    const std::string_view tone = ClassOf(detail.tone);
+    html_.append("<li class=\"mark ").append(tone).append("\"><svg class=\"icon\" role=\"img\" ");
+    html_.append("aria-label=\"").append(WordOf(detail.tone)).append("\"><use href=\"#");
+    html_.append(tone).append("\"/></svg><div><bdi>").append(HtmlText(detail.text));
+    html_.append("</bdi>");
+    for (const std::string* more : {&detail.place, &detail.note}) {
+      if (more->empty()) continue;
+      html_.append("<div class=\"more\"><bdi>").append(HtmlText(*more)).append("</bdi></div>");
+    }
+    html_.append("</div></li>\n");
   }
 
   void WriteNotes() {
