@@ -41,16 +41,6 @@ ReasonWords WordsOf(SkipReason reason) {
   }
 }
 
-// A name, and the key and type where they tell more.
-std::string TextOf(const ElementTexts& element) {
-  std::string text(element.name);
-  if (!EqualsIgnoreCase(element.key, element.name) && !element.key.empty()) {
-    text.append(" ").append(element.key);
-  }
-  if (!element.typ.empty()) text.append(" ").append(element.typ);
-  return text;
-}
-
 std::string_view ChangeId(BXStatus status) {
   switch (status) {
     case bxsDelete:
@@ -117,7 +107,7 @@ void ChangeJournal::End(bool written) {
   steps_.push_back(std::move(current_));
 }
 
-void ChangeJournal::Enter(const ElementTexts& element) { place_.push_back(TextOf(element)); }
+void ChangeJournal::Enter(const ElementTexts& element) { place_.push_back(LabelOf(element)); }
 
 void ChangeJournal::Applied(BXStatus status, const ElementTexts& element,
                             std::string_view old_value, std::string_view new_value) {
@@ -135,7 +125,7 @@ void ChangeJournal::Keep(BXStatus status, const ElementTexts& element, std::stri
                          std::string_view new_value, std::optional<SkipReason> skipped) {
   if (!keep_details_) return;
   current_.changes.push_back(
-      {status, place_, TextOf(element), std::string(old_value), std::string(new_value), skipped});
+      {status, place_, LabelOf(element), std::string(old_value), std::string(new_value), skipped});
 }
 
 std::string JournalText(const ChangeJournal& journal, const std::string& command, bool dry_run,

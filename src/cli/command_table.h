@@ -11,13 +11,27 @@ enum class CommandId {
   kConvert,
   kConvertFolder,
   kCheck,
+  kRestore,
+  kExplain,
   kInfo,
   kShow,
   kRoundtrip,
   kHelp
 };
 
-enum class OptionId { kBackup, kOmit, kOnBackupFailure, kDryRun, kJournal, kHtml, kJson, kQuiet };
+enum class OptionId {
+  kBackup,
+  kOmit,
+  kOnBackupFailure,
+  kDryRun,
+  kJournal,
+  kVerify,
+  kStrict,
+  kOldest,
+  kHtml,
+  kJson,
+  kQuiet
+};
 
 struct OperandSpec {
   std::string_view name;

@@ -46,6 +46,7 @@ class OperationRun {
         manager_(log_, {.files = files, .user = user_, .notices = &notices_, .steps = &journal_}) {}
 
   int Run() {
+    if (line_.verify) notices_.CheckDifferences();
     notices_.SetOmit([this](const std::string& name) { return omit_.IsOmitted(name); });
     for (const std::string& name : omit_.unmatched()) notices_.Warning(UnmatchedOmitText(name));
     const bool result = CallManager();
@@ -58,7 +59,9 @@ class OperationRun {
       PrintResult(page_is_written);
     }
     const bool all_is_written = page_is_written && journal_is_written;
-    return result && all_is_written && !notices_.any_skipped() ? kExitDone : kExitFailed;
+    const bool as_strict = !line_.strict || AllReproduced(notices_.differences());
+    return result && all_is_written && as_strict && !notices_.any_skipped() ? kExitDone
+                                                                            : kExitFailed;
   }
 
  private:
@@ -88,12 +91,14 @@ class OperationRun {
   JsonDetails JsonDetailsOfRun() const {
     JsonDetails details{.dry_run = line_.dry_run};
     if (Converts(line_)) details.changes = journal_.counts();
+    if (line_.verify) details.differences = &notices_.differences();
     return details;
   }
 
   bool WriteThePage(bool result) {
-    const RunOutcome outcome{result,        notices_.any_skipped(), Summary(),
-                             WhatIsKnown(), notices_.warnings(),    journal_.steps()};
+    const RunOutcome outcome{
+        result,           notices_.any_skipped(), Summary(), WhatIsKnown(), notices_.warnings(),
+        journal_.steps(), notices_.differences()};
     return WriteResult(kPageFile, line_.html, HtmlPage(PageFor(line_, outcome, Tree(), Repair())));
   }
 
@@ -111,6 +116,9 @@ class OperationRun {
   void PrintResult(bool page_is_written) {
     const ProtocolPart part = line_.quiet ? ProtocolPart::kFailures : ProtocolPart::kAll;
     PrintProtocol(Tree(), part, StyleFor(around_.console, ConsoleStream::kOutput), around_.output);
+    if (line_.verify && (!line_.quiet || line_.strict)) {
+      PrintDifferences(notices_.differences(), around_.output);
+    }
     if (line_.quiet) return;
     const RunSummary summary = Summary();
     if (const auto* converted = std::get_if<ConvertSummary>(&summary)) {
@@ -136,7 +144,11 @@ class OperationRun {
 
   RunSummary Summary() const {
     if (Converts(line_)) return SummariseConversion(log_, WhatIsKnown());
-    return SummariseDiff(log_, notices_.passed_over());
+    DiffSummary summary = SummariseDiff(log_, notices_.passed_over());
+    for (const CheckedDifference& checked : notices_.differences()) {
+      summary.not_reproduced += checked.places.size();
+    }
+    return summary;
   }
 
   ConvertRun WhatIsKnown() const {

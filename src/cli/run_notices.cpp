@@ -31,6 +31,20 @@ void NoticeCollector::SkippedByAnswer(const std::string& path) {
   }
 }
 
+void NoticeCollector::DifferenceCreated(const std::string& old_path, const std::string& new_path,
+                                        const std::string& diff_path) {
+  if (!check_differences_) return;
+  CheckedDifference checked{old_path, new_path, diff_path, {}, {}};
+  try {
+    checked.places = CheckDifference(files_, old_path, new_path, diff_path);
+  } catch (const Failure& failure) {
+    checked.failure = failure.description();
+    Warning("Die Differenz zu " + FileNameOf(new_path) +
+            " konnte nicht nachgeprüft werden: " + failure.description() + ".");
+  }
+  differences_.push_back(std::move(checked));
+}
+
 void NoticeCollector::SkippedReport(const std::string& name) {
   skipped_.insert(name);
   Warning("Der Bericht " + name +

@@ -120,12 +120,6 @@ std::string ChangeText(const Change& change) {
   }
 }
 
-std::string PlaceText(const std::vector<std::string>& place) {
-  std::string text;
-  for (const std::string& element : place) text.append(text.empty() ? "" : " › ").append(element);
-  return text;
-}
-
 PageDetails ChangesOf(const JournalStep& step) {
   PageDetails group;
   group.heading = FileNameOf(step.step.report_path) + " von Version " +
@@ -136,6 +130,16 @@ PageDetails ChangesOf(const JournalStep& step) {
     group.details.push_back({change.skipped ? PageTone::kWarning : PageTone::kCorrect,
                              ChangeText(change), PlaceText(change.place),
                              change.skipped ? std::string(ReasonText(*change.skipped)) : ""});
+  }
+  return group;
+}
+
+PageDetails PlacesOf(const CheckedDifference& checked) {
+  PageDetails group{CheckHeading(checked), {}};
+  for (const Unreproduced& place : checked.places) {
+    group.details.push_back({PageTone::kWarning,
+                             std::string(DeviationText(place.reason)) + ": " + LineText(place),
+                             PlaceText(place.place), FoundText(place)});
   }
   return group;
 }
@@ -164,6 +168,9 @@ ProtocolPage PageFor(const CommandLine& line, const RunOutcome& outcome, Protoco
       .repair = std::move(repair)};
   for (const JournalStep& step : outcome.steps) {
     if (!step.changes.empty()) page.changes.push_back(ChangesOf(step));
+  }
+  for (const CheckedDifference& checked : outcome.differences) {
+    if (!checked.places.empty()) page.unreproduced.push_back(PlacesOf(checked));
   }
   SetOutcome(outcome, page);
   if (line.dry_run) page.outcome.insert(0, "Probelauf, nichts geschrieben: ");

@@ -7,6 +7,7 @@
 
 #include "cli/change_journal.h"
 #include "cli/command_line.h"
+#include "cli/difference_texts.h"
 #include "cli/run_summary.h"
 #include "ui/html/protocol_page.h"
 
@@ -22,6 +23,7 @@ struct RunOutcome {
   ConvertRun files;
   std::vector<std::string> warnings;
   std::vector<JournalStep> steps = {};
+  std::vector<CheckedDifference> differences = {};
 };
 
 // The protocol of a run as a page; `repair` where something failed.

@@ -115,6 +115,10 @@ std::string SummaryText(const DiffSummary& summary) {
   }
   AppendCount(summary.failed, "fehlgeschlagen", text);
   AppendPassedOver(summary.passed_over, text);
+  AppendCount(
+      summary.not_reproduced,
+      summary.not_reproduced == 1 ? "Stelle nicht nachgebildet" : "Stellen nicht nachgebildet",
+      text);
   return text;
 }
 

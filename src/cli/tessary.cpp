@@ -39,6 +39,10 @@ class Runner {
     switch (line.command) {
       case CommandId::kCheck:
         return Delivered(RunCheck(line, around));
+      case CommandId::kRestore:
+        return Delivered(RunRestore(line, around));
+      case CommandId::kExplain:
+        return Delivered(RunExplain(line, around));
       case CommandId::kInfo:
         return Delivered(RunInfo(line, around));
       case CommandId::kShow:

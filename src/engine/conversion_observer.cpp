@@ -1,5 +1,6 @@
 #include "engine/conversion_observer.h"
 
+#include "platform/text.h"
 #include "report/line_syntax.h"
 
 namespace tessary {
@@ -12,6 +13,15 @@ Ref<ElementTable> Inside(const Element& difference) {
 BXStatus StatusOf(const Element& difference) { return static_cast<BXStatus>(difference.status); }
 
 }  // namespace
+
+std::string LabelOf(const ElementTexts& element) {
+  std::string text(element.name);
+  if (!element.key.empty() && !EqualsIgnoreCase(element.key, element.name)) {
+    text.append(" ").append(element.key);
+  }
+  if (!element.typ.empty()) text.append(" ").append(element.typ);
+  return text;
+}
 
 ElementTexts DifferenceTelling::TextsOf(const Element& element) const {
   return {pool_.Text(element.key[bxeaName]), pool_.Text(element.key[bxeaKey]),

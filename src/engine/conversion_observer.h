@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "engine/element.h"
@@ -16,6 +17,9 @@ struct ElementTexts {
   std::string_view key;
   std::string_view typ;
 };
+
+// A name, and the key and type where they tell more: "[Object] 7 Kopf".
+std::string LabelOf(const ElementTexts& element);
 
 // Why a difference did nothing.
 enum class SkipReason {

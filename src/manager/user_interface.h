@@ -56,6 +56,9 @@ class RunNotices {
   // A report that was not converted because a question was answered with No; the folder where the
   // answer concerned all of them.
   virtual void SkippedByAnswer(const std::string& path) = 0;
+  // Two versions have been compared: the paths of the old and of the new one and of the difference
+  // file, empty where they do not differ.
+  virtual void DifferenceCreated(const std::string&, const std::string&, const std::string&) {}
 };
 
 // A report's way from one version to the next by a difference file.

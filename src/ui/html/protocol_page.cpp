@@ -5,9 +5,11 @@
 #include "ui/html/protocol_page.h"
 
 #include <algorithm>
+#include <set>
 
 #include "ui/html/html_text.h"
 #include "ui/html/page_style.h"
+#include "ui/message_guide.h"
 
 namespace tessary {
 
@@ -77,7 +79,9 @@ class PageWriter {
     WriteTree();
     WriteRepair();
     WriteDetails("aenderungen", "Änderungen", page_.changes);
+    WriteDetails("nachpruefung", "Nicht nachgebildet", page_.unreproduced);
     WriteNotes();
+    WriteExplanations();
     WriteFacts();
     html_.append("</main>\n<footer><p>Erstellt von Tessary</p></footer>\n</body>\n</html>\n");
     return std::move(html_);
@@ -162,12 +166,37 @@ class PageWriter {
       html_.append("</summary>\n<ul>\n");
       for (const std::size_t index : report.children) {
         const ProtocolNode& message = page_.tree.nodes()[index];
-        WriteMarked(MarkOf(message.image), message.text, "li");
-        html_.append("\n");
+        WriteMessage(message);
       }
       html_.append("</ul></details>");
     }
     html_.append("</li>\n");
+  }
+
+  void WriteMessage(const ProtocolNode& message) {
+    const MessageGuide* guide = FindMessageGuide(message.text);
+    html_.append("<li>");
+    WriteMarked(MarkOf(message.image), message.text, "div");
+    if (guide) {
+      explained_.insert(guide);
+      html_.append(" <a class=\"why\" href=\"#").append(AnchorOf(*guide));
+      html_.append("\">Was tun?</a>");
+    }
+    html_.append("</li>\n");
+  }
+
+  void WriteExplanations() {
+    if (explained_.empty()) return;
+    BeginSection("erklaerungen", "Erklärungen");
+    html_.append("<dl class=\"guides box\">\n");
+    for (const MessageGuide* guide : explained_) {
+      html_.append("<dt id=\"").append(AnchorOf(*guide)).append("\">");
+      html_.append(HtmlText(guide->text)).append("</dt><dd><p>Ursache: ");
+      html_.append(HtmlText(guide->cause)).append("</p><p>Abhilfe: ");
+      html_.append(HtmlText(guide->remedy)).append("</p></dd>\n");
+    }
+    html_.append("</dl>\n");
+    EndSection();
   }
 
   void WriteRepair() {
@@ -251,6 +280,7 @@ class PageWriter {
 
   const ProtocolPage& page_;
   std::string html_;
+  std::set<const MessageGuide*> explained_;  // in the order of the table
 };
 
 }  // namespace

@@ -55,6 +55,7 @@ struct ProtocolPage {
   std::vector<PageNames> files;  // what became of files that are not in the tree
   std::optional<RepairGuide> repair;
   std::vector<PageDetails> changes = {};
+  std::vector<PageDetails> unreproduced = {};
 };
 
 // The page as one HTML file in UTF-8 that needs no other file, no network and no script.
