@@ -16,8 +16,9 @@ namespace {
 constexpr std::array<std::string_view, 2> kBackupFailureAnswers = {"abort", "continue"};
 constexpr std::string_view kHelpOption = "--help";
 
+// A negative number, such as that of an error, is none.
 bool LooksLikeOption(std::string_view argument) {
-  return argument.size() > 1 && argument[0] == '-';
+  return argument.size() > 1 && argument[0] == '-' && (argument[1] < '0' || argument[1] > '9');
 }
 
 // The arguments up to "--" and those behind it.
@@ -114,6 +115,7 @@ class ParsedCommand {
       if (auto error = Take(option, line)) return *error;
     }
     if (auto error = CheckOperands(line)) return *error;
+    if (line.strict && !line.verify) return MissingOption(spec_, "--strict", "--verify");
     return line;
   }
 
@@ -148,6 +150,22 @@ class ParsedCommand {
           return WrongValue(spec_, option, value, kBackupFailureAnswers);
         }
         line.answer_on_backup_failure = value == "continue" ? Answer::kYes : Answer::kNo;
+        break;
+      case OptionId::kDryRun:
+        line.dry_run = true;
+        break;
+      case OptionId::kVerify:
+        line.verify = true;
+        break;
+      case OptionId::kStrict:
+        line.strict = true;
+        break;
+      case OptionId::kOldest:
+        line.oldest = true;
+        break;
+      case OptionId::kJournal:
+        if (value.empty()) return MissingValue(spec_, option);
+        line.journal = value;
         break;
       case OptionId::kHtml:
         if (value.empty()) return MissingValue(spec_, option);

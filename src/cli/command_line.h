@@ -17,6 +17,11 @@ struct CommandLine {
   std::string backup;
   std::vector<std::string> omit;
   Answer answer_on_backup_failure = Answer::kNo;
+  bool dry_run = false;
+  bool verify = false;
+  bool strict = false;
+  bool oldest = false;
+  std::string journal;
   std::string html;
   bool json = false;
   bool quiet = false;

@@ -10,13 +10,28 @@ enum class CommandId {
   kDiffFolder,
   kConvert,
   kConvertFolder,
+  kCheck,
+  kRestore,
+  kExplain,
   kInfo,
   kShow,
   kRoundtrip,
   kHelp
 };
 
-enum class OptionId { kBackup, kOmit, kOnBackupFailure, kHtml, kJson, kQuiet };
+enum class OptionId {
+  kBackup,
+  kOmit,
+  kOnBackupFailure,
+  kDryRun,
+  kJournal,
+  kVerify,
+  kStrict,
+  kOldest,
+  kHtml,
+  kJson,
+  kQuiet
+};
 
 struct OperandSpec {
   std::string_view name;

@@ -20,6 +20,12 @@ struct CommandSurroundings {
 
 // The four operations of the manager.
 int RunOperation(const CommandLine& line, const CommandSurroundings& around);
+// Tells how far difference files would bring each report; fails when not all the way.
+int RunCheck(const CommandLine& line, const CommandSurroundings& around);
+// Puts copies of reports back.
+int RunRestore(const CommandLine& line, const CommandSurroundings& around);
+// Explains a message or number; all as a page where none is given.
+int RunExplain(const CommandLine& line, const CommandSurroundings& around);
 // Names version and reference of each file; fails when one of them is no report.
 int RunInfo(const CommandLine& line, const CommandSurroundings& around);
 // Prints the element tree of a report or difference file.

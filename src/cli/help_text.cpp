@@ -21,8 +21,8 @@ constexpr std::string_view kGeneralExamples =
 constexpr std::string_view kExitCodes =
     "  0  ohne Fehler ausgeführt\n"
     "  1  etwas ist fehlgeschlagen, oder ein Bericht wurde wegen einer Antwort übersprungen\n"
-    "  2  falscher Aufruf, oder die Datei zu --html kann nicht geschrieben werden;\n"
-    "     es ist nichts geschehen\n";
+    "  2  falscher Aufruf, oder die Datei zu --html oder --journal kann nicht\n"
+    "     geschrieben werden; es ist nichts geschehen\n";
 
 // Two columns; what stands on the right may have several lines. The left texts are ASCII.
 class Columns {

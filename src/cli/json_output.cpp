@@ -51,14 +51,41 @@ Json Entries(const ErrorCollection& errors) {
   return array;
 }
 
+Json Verification(const std::vector<CheckedDifference>& differences) {
+  Json array = Json::array();
+  for (const CheckedDifference& checked : differences) {
+    Json places = Json::array();
+    for (const Unreproduced& place : checked.places) {
+      places.push_back({{"reason", DeviationId(place.reason)},
+                        {"section", Texts(place.place)},
+                        {"line", place.line},
+                        {"wanted", ToValidUtf8(place.wanted)},
+                        {"found", ToValidUtf8(place.found)}});
+    }
+    Json item = {{"old", ToValidUtf8(checked.old_path)},
+                 {"new", ToValidUtf8(checked.new_path)},
+                 {"difference_file", ToValidUtf8(checked.diff_path)},
+                 {"not_reproduced", places}};
+    if (!checked.failure.empty()) item["failure"] = ToValidUtf8(checked.failure);
+    array.push_back(std::move(item));
+  }
+  return array;
+}
+
 }  // namespace
 
 std::string ResultAsJson(bool result, const ResultLog& log,
-                         const std::vector<std::string>& warnings) {
-  Json object = {{"result", result},
-                 {"correct", Correct(log.dictCorrect)},
-                 {"errors", Errors(log.dictErrors)},
-                 {"entries", Entries(*log.errors.objErrors)}};
+                         const std::vector<std::string>& warnings, const JsonDetails& details) {
+  Json object = {{"result", result}};
+  if (details.dry_run) object["dry_run"] = true;
+  if (details.changes) {
+    object["changes"] = {{"applied", details.changes->applied},
+                         {"skipped", details.changes->skipped}};
+  }
+  if (details.differences) object["verification"] = Verification(*details.differences);
+  object["correct"] = Correct(log.dictCorrect);
+  object["errors"] = Errors(log.dictErrors);
+  object["entries"] = Entries(*log.errors.objErrors);
   if (!warnings.empty()) object["warnings"] = Texts(warnings);
   return object.dump(kIndent) + "\n";
 }

@@ -8,14 +8,15 @@
 #include "cli/commands.h"
 #include "cli/json_output.h"
 #include "cli/omit_list.h"
-#include "cli/page_file.h"
 #include "cli/repair_steps.h"
+#include "cli/result_file.h"
 #include "cli/run_notices.h"
 #include "cli/run_page.h"
 #include "cli/run_paths.h"
 #include "cli/run_summary.h"
 #include "cli/tessary.h"
 #include "manager/convert_ll_mgr.h"
+#include "platform/overlay_files.h"
 #include "platform/path.h"
 #include "ui/console/console_user_interface.h"
 #include "ui/console/protocol_text.h"
@@ -33,28 +34,34 @@ std::string FolderWithReports(const CommandLine& line) {
 // One run of an operation with all that it leaves behind.
 class OperationRun {
  public:
-  OperationRun(const CommandLine& line, const CommandSurroundings& around)
+  // `files` is what the operation works on, which a dry run only seems to change.
+  OperationRun(const CommandLine& line, const CommandSurroundings& around, FileSystem& files)
       : line_(line),
         around_(around),
-        omit_(around.files, FolderWithReports(line), line.omit),
-        notices_(around.messages, around.files),
+        files_(files),
+        omit_(files, FolderWithReports(line), line.omit),
+        notices_(around.messages, files),
         user_(around.messages, notices_, line.answer_on_backup_failure),
-        manager_(log_, {around.files, user_, nullptr, &notices_}) {}
+        journal_(!line.html.empty() || !line.journal.empty()),
+        manager_(log_, {.files = files, .user = user_, .notices = &notices_, .steps = &journal_}) {}
 
   int Run() {
+    if (line_.verify) notices_.CheckDifferences();
     notices_.SetOmit([this](const std::string& name) { return omit_.IsOmitted(name); });
-    for (const std::string& name : omit_.unmatched()) {
-      notices_.Warning("Zu --omit " + name + " gibt es keine Datei im Berichtsordner.");
-    }
+    for (const std::string& name : omit_.unmatched()) notices_.Warning(UnmatchedOmitText(name));
     const bool result = CallManager();
     around_.messages.Clear();
+    const bool journal_is_written = line_.journal.empty() || WriteTheJournal(result);
     const bool page_is_written = line_.html.empty() || WriteThePage(result);
     if (line_.json) {
-      around_.output.Text(ResultAsJson(result, log_, notices_.warnings()));
+      around_.output.Text(ResultAsJson(result, log_, notices_.warnings(), JsonDetailsOfRun()));
     } else {
       PrintResult(page_is_written);
     }
-    return result && page_is_written && !notices_.any_skipped() ? kExitDone : kExitFailed;
+    const bool all_is_written = page_is_written && journal_is_written;
+    const bool as_strict = !line_.strict || AllReproduced(notices_.differences());
+    return result && all_is_written && as_strict && !notices_.any_skipped() ? kExitDone
+                                                                            : kExitFailed;
   }
 
  private:
@@ -78,14 +85,30 @@ class OperationRun {
 
   std::optional<RepairGuide> Repair() const {
     if (log_.dictErrors.Count() == 0) return std::nullopt;
-    return RepairStepsFor(line_, around_.files);
+    return RepairStepsFor(line_, files_);
+  }
+
+  JsonDetails JsonDetailsOfRun() const {
+    JsonDetails details{.dry_run = line_.dry_run};
+    if (Converts(line_)) details.changes = journal_.counts();
+    if (line_.verify) details.differences = &notices_.differences();
+    return details;
   }
 
   bool WriteThePage(bool result) {
-    const RunOutcome outcome{result, notices_.any_skipped(), Summary(), WhatIsKnown(),
-                             notices_.warnings()};
-    const std::string problem = WritePage(around_.files, AbsolutePath(line_.html),
-                                          HtmlPage(PageFor(line_, outcome, Tree(), Repair())));
+    const RunOutcome outcome{
+        result,           notices_.any_skipped(), Summary(), WhatIsKnown(), notices_.warnings(),
+        journal_.steps(), notices_.differences()};
+    return WriteResult(kPageFile, line_.html, HtmlPage(PageFor(line_, outcome, Tree(), Repair())));
+  }
+
+  bool WriteTheJournal(bool result) {
+    return WriteResult(kJournalFile, line_.journal,
+                       JournalText(journal_, CommandText(line_), line_.dry_run, result));
+  }
+
+  bool WriteResult(const ResultFileKind& kind, const std::string& path, std::string_view text) {
+    const std::string problem = WriteResultFile(around_.files, kind, AbsolutePath(path), text);
     if (!problem.empty()) around_.messages.Print("tessary: " + problem);
     return problem.empty();
   }
@@ -93,6 +116,9 @@ class OperationRun {
   void PrintResult(bool page_is_written) {
     const ProtocolPart part = line_.quiet ? ProtocolPart::kFailures : ProtocolPart::kAll;
     PrintProtocol(Tree(), part, StyleFor(around_.console, ConsoleStream::kOutput), around_.output);
+    if (line_.verify && (!line_.quiet || line_.strict)) {
+      PrintDifferences(notices_.differences(), around_.output);
+    }
     if (line_.quiet) return;
     const RunSummary summary = Summary();
     if (const auto* converted = std::get_if<ConvertSummary>(&summary)) {
@@ -102,7 +128,8 @@ class OperationRun {
     if (!line_.html.empty() && page_is_written) {
       around_.output.Line("Protokollseite: " + Printable(line_.html));
     }
-    around_.output.Line(std::visit([](const auto& s) { return SummaryText(s); }, summary));
+    const std::string text = std::visit([](const auto& s) { return SummaryText(s); }, summary);
+    around_.output.Line(line_.dry_run ? "Probelauf, nichts geschrieben: " + text : text);
   }
 
   void PrintRepair() {
@@ -117,11 +144,15 @@ class OperationRun {
 
   RunSummary Summary() const {
     if (Converts(line_)) return SummariseConversion(log_, WhatIsKnown());
-    return SummariseDiff(log_, notices_.passed_over());
+    DiffSummary summary = SummariseDiff(log_, notices_.passed_over());
+    for (const CheckedDifference& checked : notices_.differences()) {
+      summary.not_reproduced += checked.places.size();
+    }
+    return summary;
   }
 
   ConvertRun WhatIsKnown() const {
-    ConvertRun run{omit_.seen(), {}, notices_.passed_over(), notices_.skipped()};
+    ConvertRun run{omit_.seen(), {}, notices_.passed_over(), notices_.skipped(), journal_.counts()};
     // The failure of a single report may be logged under its path; it counts either way.
     if (line_.command == CommandId::kConvert && log_.dictErrors.Count() == 0) {
       run.seen.insert(FileNameOf(line_.operands[0]));
@@ -143,25 +174,34 @@ class OperationRun {
 
   const CommandLine& line_;
   const CommandSurroundings& around_;
+  FileSystem& files_;
   ResultLog log_;
   OmitList omit_;
   NoticeCollector notices_;
   ConsoleUserInterface user_;
+  ChangeJournal journal_;
   BXConvertLLMgr manager_;
 };
+
+// Whether every file that the run shall write about itself can be written; says why not.
+bool ResultFilesAreWritable(const CommandLine& line, const CommandSurroundings& around) {
+  const auto writable = [&](const ResultFileKind& kind, const std::string& path) {
+    const std::string problem =
+        path.empty() ? path : WhyNoResultFile(around.files, kind, AbsolutePath(path));
+    if (!problem.empty()) around.messages.Print("tessary: " + problem);
+    return problem.empty();
+  };
+  return writable(kPageFile, line.html) && writable(kJournalFile, line.journal);
+}
 
 }  // namespace
 
 int RunOperation(const CommandLine& line, const CommandSurroundings& around) {
-  // Without a place for the page nothing shall have happened.
-  if (!line.html.empty()) {
-    const std::string problem = WhyNoPage(around.files, AbsolutePath(line.html));
-    if (!problem.empty()) {
-      around.messages.Print("tessary: " + problem);
-      return kExitWrongUsage;
-    }
-  }
-  return OperationRun(line, around).Run();
+  // Without a place for what is asked for nothing shall have happened.
+  if (!ResultFilesAreWritable(line, around)) return kExitWrongUsage;
+  OverlayFiles trial(around.files);
+  FileSystem& files = line.dry_run ? static_cast<FileSystem&>(trial) : around.files;
+  return OperationRun(line, around, files).Run();
 }
 
 }  // namespace tessary

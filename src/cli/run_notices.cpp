@@ -10,6 +10,10 @@ namespace tessary {
 
 std::string WarningLine(std::string_view text) { return "Warnung: " + std::string(text); }
 
+std::string UnmatchedOmitText(const std::string& name) {
+  return "Zu --omit " + name + " gibt es keine Datei im Berichtsordner.";
+}
+
 void NoticeCollector::Warning(const std::string& text) {
   if (!known_.insert(text).second) return;
   warnings_.push_back(text);
@@ -25,6 +29,20 @@ void NoticeCollector::SkippedByAnswer(const std::string& path) {
   } else {
     SkippedReport(FileNameOf(path));
   }
+}
+
+void NoticeCollector::DifferenceCreated(const std::string& old_path, const std::string& new_path,
+                                        const std::string& diff_path) {
+  if (!check_differences_) return;
+  CheckedDifference checked{old_path, new_path, diff_path, {}, {}};
+  try {
+    checked.places = CheckDifference(files_, old_path, new_path, diff_path);
+  } catch (const Failure& failure) {
+    checked.failure = failure.description();
+    Warning("Die Differenz zu " + FileNameOf(new_path) +
+            " konnte nicht nachgeprüft werden: " + failure.description() + ".");
+  }
+  differences_.push_back(std::move(checked));
 }
 
 void NoticeCollector::SkippedReport(const std::string& name) {

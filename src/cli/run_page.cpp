@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "cli/run_paths.h"
+#include "platform/path.h"
 
 namespace tessary {
 namespace {
@@ -48,6 +49,14 @@ std::vector<PageCount> CountsOf(const ConvertSummary& summary) {
   }
   counts.Always(summary.converted, converted.append(" konvertiert"), PageTone::kCorrect);
   counts.Always(summary.failed, "fehlgeschlagen", PageTone::kError);
+  counts.IfAny(
+      summary.changes.applied,
+      Counted(summary.changes.applied, "Unterschied angewendet", "Unterschiede angewendet"),
+      PageTone::kCorrect);
+  counts.IfAny(
+      summary.changes.skipped,
+      Counted(summary.changes.skipped, "Unterschied ohne Wirkung", "Unterschiede ohne Wirkung"),
+      PageTone::kNeutral);
   counts.IfAny(summary.skipped, "übersprungen", PageTone::kWarning);
   counts.IfAny(summary.unchanged.size(), "unverändert", PageTone::kNeutral);
   counts.IfAny(summary.omitted, "ausgelassen", PageTone::kNeutral);
@@ -96,6 +105,45 @@ std::vector<PageFact> FactsOf(const CommandLine& line) {
   return facts;
 }
 
+std::string ChangeText(const Change& change) {
+  const auto value = [](const std::string& text) { return text.empty() ? "(leer)" : text; };
+  switch (change.status) {
+    case bxsDelete:
+      return "gelöscht: " + change.element;
+    case bxsNew:
+      return "neu: " + change.element;
+    case bxsUpdate:
+      return "geändert: " + change.element + (change.skipped ? " nach " : " von ") +
+             (change.skipped ? "" : value(change.old_value) + " nach ") + value(change.new_value);
+    default:
+      return change.element;
+  }
+}
+
+PageDetails ChangesOf(const JournalStep& step) {
+  PageDetails group;
+  group.heading = FileNameOf(step.step.report_path) + " von Version " +
+                  std::to_string(step.step.old_version) + " nach " +
+                  std::to_string(step.step.new_version) + ": " + std::to_string(step.applied) +
+                  " angewendet, " + std::to_string(step.skipped) + " ohne Wirkung";
+  for (const Change& change : step.changes) {
+    group.details.push_back({change.skipped ? PageTone::kWarning : PageTone::kCorrect,
+                             ChangeText(change), PlaceText(change.place),
+                             change.skipped ? std::string(ReasonText(*change.skipped)) : ""});
+  }
+  return group;
+}
+
+PageDetails PlacesOf(const CheckedDifference& checked) {
+  PageDetails group{CheckHeading(checked), {}};
+  for (const Unreproduced& place : checked.places) {
+    group.details.push_back({PageTone::kWarning,
+                             std::string(DeviationText(place.reason)) + ": " + LineText(place),
+                             PlaceText(place.place), FoundText(place)});
+  }
+  return group;
+}
+
 void AddNames(std::string label, const std::vector<std::string>& names, ProtocolPage& page) {
   if (!names.empty()) page.files.push_back({std::move(label), names});
 }
@@ -118,7 +166,14 @@ ProtocolPage PageFor(const CommandLine& line, const RunOutcome& outcome, Protoco
       .warnings = outcome.warnings,
       .files = {},
       .repair = std::move(repair)};
+  for (const JournalStep& step : outcome.steps) {
+    if (!step.changes.empty()) page.changes.push_back(ChangesOf(step));
+  }
+  for (const CheckedDifference& checked : outcome.differences) {
+    if (!checked.places.empty()) page.unreproduced.push_back(PlacesOf(checked));
+  }
   SetOutcome(outcome, page);
+  if (line.dry_run) page.outcome.insert(0, "Probelauf, nichts geschrieben: ");
   AddNames("Wegen einer Antwort übersprungen", outcome.files.skipped, page);
   if (const auto* converted = std::get_if<ConvertSummary>(&outcome.summary)) {
     AddNames("Ohne passende Differenz-Datei unverändert", converted->unchanged, page);

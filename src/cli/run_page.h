@@ -5,7 +5,9 @@
 #include <variant>
 #include <vector>
 
+#include "cli/change_journal.h"
 #include "cli/command_line.h"
+#include "cli/difference_texts.h"
 #include "cli/run_summary.h"
 #include "ui/html/protocol_page.h"
 
@@ -20,6 +22,8 @@ struct RunOutcome {
   RunSummary summary;
   ConvertRun files;
   std::vector<std::string> warnings;
+  std::vector<JournalStep> steps = {};
+  std::vector<CheckedDifference> differences = {};
 };
 
 // The protocol of a run as a page; `repair` where something failed.

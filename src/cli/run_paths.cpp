@@ -62,8 +62,14 @@ std::string CommandText(const CommandLine& line) {
   if (line.answer_on_backup_failure == Answer::kYes) {
     text.append(name(OptionId::kOnBackupFailure) + "=continue");
   }
-  if (!line.html.empty())
-    text.append(name(OptionId::kHtml) + "=" + ShellWord(AbsolutePath(line.html)));
+  if (line.verify) text.append(name(OptionId::kVerify));
+  if (line.strict) text.append(name(OptionId::kStrict));
+  if (line.dry_run) text.append(name(OptionId::kDryRun));
+  const auto file = [&](OptionId id, const std::string& path) {
+    if (!path.empty()) text.append(name(id) + "=" + ShellWord(AbsolutePath(path)));
+  };
+  file(OptionId::kJournal, line.journal);
+  file(OptionId::kHtml, line.html);
   if (line.json) text.append(name(OptionId::kJson));
   if (line.quiet) text.append(name(OptionId::kQuiet));
   return text;

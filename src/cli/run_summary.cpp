@@ -98,6 +98,7 @@ ConvertSummary SummariseConversion(const ResultLog& log, const ConvertRun& run) 
       summary.unchanged.push_back(name);
     }
   }
+  summary.changes = run.changes;
   summary.failed = log.dictErrors.items().size();
   summary.skipped = run.skipped.size();
   summary.omitted = run.omitted.size();
@@ -114,6 +115,10 @@ std::string SummaryText(const DiffSummary& summary) {
   }
   AppendCount(summary.failed, "fehlgeschlagen", text);
   AppendPassedOver(summary.passed_over, text);
+  AppendCount(
+      summary.not_reproduced,
+      summary.not_reproduced == 1 ? "Stelle nicht nachgebildet" : "Stellen nicht nachgebildet",
+      text);
   return text;
 }
 
@@ -123,6 +128,10 @@ std::string SummaryText(const ConvertSummary& summary) {
     text.append(" in ").append(Counted(summary.steps, "Schritt", "Schritten"));
   }
   text.append(" konvertiert");
+  AppendCount(summary.changes.applied,
+              summary.changes.applied == 1 ? "Unterschied angewendet" : "Unterschiede angewendet",
+              text);
+  AppendCount(summary.changes.skipped, "ohne Wirkung", text);
   AppendCount(summary.failed, "fehlgeschlagen", text);
   AppendCount(summary.unchanged.size(), "unverändert", text);
   AppendCount(summary.skipped, "übersprungen", text);

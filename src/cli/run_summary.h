@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/change_journal.h"
 #include "manager/result_log.h"
 
 namespace tessary {
@@ -15,6 +16,7 @@ struct DiffSummary {
   std::size_t without_difference = 0;
   std::size_t failed = 0;
   std::size_t passed_over = 0;
+  std::size_t not_reproduced = 0;  // places of the new versions that their differences do not give
 };
 
 // Counts of a run that converted reports.
@@ -26,6 +28,7 @@ struct ConvertSummary {
   std::size_t omitted = 0;
   std::size_t passed_over = 0;
   std::vector<std::string> unchanged;  // reports that no difference file leads on from
+  ChangeCounts changes = {};           // what the steps applied, and what did nothing
 };
 
 // What is known about a conversion beside the result log; file names.
@@ -34,6 +37,7 @@ struct ConvertRun {
   std::set<std::string> omitted;
   std::set<std::string> passed_over;
   std::set<std::string> skipped;
+  ChangeCounts changes = {};
 };
 
 DiffSummary SummariseDiff(const ResultLog& log, const std::set<std::string>& passed_over);

@@ -37,6 +37,12 @@ class Runner {
   int operator()(const CommandLine& line) {
     CommandSurroundings around{console_, files_, output_, messages_};
     switch (line.command) {
+      case CommandId::kCheck:
+        return Delivered(RunCheck(line, around));
+      case CommandId::kRestore:
+        return Delivered(RunRestore(line, around));
+      case CommandId::kExplain:
+        return Delivered(RunExplain(line, around));
       case CommandId::kInfo:
         return Delivered(RunInfo(line, around));
       case CommandId::kShow:

@@ -96,6 +96,12 @@ UsageError WrongValue(const CommandSpec& command, const OptionSpec& option, std:
                              " ist nicht erlaubt, nur " + list + "." + Suggestion(value, allowed));
 }
 
+UsageError MissingOption(const CommandSpec& command, std::string_view option,
+                         std::string_view needed) {
+  return Error(&command,
+               "Die Option " + Quoted(option) + " verlangt die Option " + Quoted(needed) + ".");
+}
+
 UsageError NotUnderstood(const CommandSpec* command) {
   return Error(command, "Die Angaben sind nicht verständlich.");
 }

@@ -3,6 +3,7 @@
 // name, key, type and neighbours; one whose element is not there, or already is, does nothing,
 // which is what leaves the customer's own changes alone.
 
+#include "engine/conversion_observer.h"
 #include "engine/find_element.h"
 #include "engine/level_basis.h"
 #include "engine/number_of.h"
@@ -22,6 +23,8 @@ ElementKey Crosswise(ElementKey key) {
 
 }  // namespace
 
+DifferenceTelling BXLevelBasis::Telling() const { return DifferenceTelling(*context_); }
+
 void BXLevelBasis::Convert(const Ref<ElementTable>& aReport, const Ref<ElementTable>& aDiffFile) {
   constexpr std::string_view kName = "BXLevelBasis_Convert";
   const Procedure preparation{context_->errors(), m_strLevelClassName, kName,
@@ -32,7 +35,9 @@ void BXLevelBasis::Convert(const Ref<ElementTable>& aReport, const Ref<ElementTa
     m_aElement = aReport;
     PrepareConversion(aDiffFile);
   });
-  if (IsArrayEmpty(aDiffFile) || IsArrayEmpty(m_aElement)) return;
+  if (IsArrayEmpty(aDiffFile) || IsArrayEmpty(m_aElement)) {
+    return Telling().AllSkipped(aDiffFile, SkipReason::kEmptySection);
+  }
   InProcedure(kName, "Fehler beim Verarbeiten eines Elementes.").Run([&] {
     for (std::int32_t row = 1; row <= aDiffFile->rows(); ++row) {
       context_->Yield();
@@ -63,7 +68,7 @@ void BXLevelBasis::ApplyDifference(const Ref<ElementTable>& aDiffFile, std::int3
     case bxsUpdate:
       return UpdateElement(aDiffFile, lngRow);
     default:
-      return;
+      return Telling().Skipped(difference, SkipReason::kNoStatus);
   }
 }
 
@@ -81,13 +86,18 @@ void BXLevelBasis::AnnounceInsertion(ElementTable& aDiffFile, std::int32_t lngRo
 void BXLevelBasis::DeleteElement(const Element& difference) {
   InPrivateProcedure("DeleteElement").Run([&] {
     const std::int32_t row = FindElement(m_aElement, Crosswise(difference.key));
-    if (row != 0) m_aElement->Delete(row);
+    if (row == 0) return Telling().Skipped(difference, SkipReason::kNotFound);
+    const std::string_view old_value = m_aElement->Row(row).value();
+    m_aElement->Delete(row);
+    Telling().Applied(difference, old_value);
   });
 }
 
 void BXLevelBasis::InsertElement(const Element& difference) {
   InPrivateProcedure("InsertElement").Run([&] {
-    if (FindElement(m_aElement, difference.key) != 0) return;
+    if (FindElement(m_aElement, difference.key) != 0) {
+      return Telling().Skipped(difference, SkipReason::kAlreadyThere);
+    }
     Element element = difference;
     element.status = bxsUnknown;
     element.key = difference.key.Identity();
@@ -97,6 +107,7 @@ void BXLevelBasis::InsertElement(const Element& difference) {
     } else {
       m_aElement->Insert(static_cast<std::int32_t>(row), std::move(element));
     }
+    Telling().Applied(difference, {});
   });
 }
 
@@ -119,14 +130,19 @@ void BXLevelBasis::UpdateElement(const Ref<ElementTable>& aDiffFile, std::int32_
   InPrivateProcedure("UpdateElement").Run([&] {
     const Element& difference = aDiffFile->Row(lngRow);
     const std::int32_t row = FindElement(m_aElement, Crosswise(difference.key));
-    if (row == 0) return;
+    if (row == 0) return Telling().Skipped(difference, SkipReason::kNotFound);
     if (!IsSectionLine(pool().Text(difference.key[bxeaName]))) {
+      const std::string_view old_value = m_aElement->Row(row).value();
       m_aElement->SetValue(row, difference.value());
-      return;
+      return Telling().PropertyUpdated(difference, old_value);
     }
     const Ref<Level> section = ChildOf(*m_aElement, row);
-    if (!section) return;
-    section->Convert(section->ElementArray(), ChildArrayOf(difference));
+    if (!section) return Telling().Skipped(difference, SkipReason::kEmptySection);
+    const Ref<ElementTable> inside = ChildArrayOf(difference);
+    if (IsArrayEmpty(inside)) Telling().Skipped(difference, SkipReason::kNothingInside);
+    Telling().Enter(difference);
+    section->Convert(section->ElementArray(), inside);
+    Telling().Leave();
   });
 }
 

@@ -12,6 +12,7 @@
 
 namespace tessary {
 
+class ConversionObserver;
 class EngineContext;
 class Level;
 
@@ -31,6 +32,9 @@ class EngineContext : public RefCounted {
   void Yield() const {
     if (loop_) loop_->Yield();
   }
+  // Who hears of the differences that are applied, or null; must outlive the work.
+  void SetObserver(ConversionObserver* observer) { observer_ = observer; }
+  ConversionObserver* observer() const { return observer_; }
   Ref<Level> CreateLevel(int number);
   // Takes over an array that nobody else holds as a rule, and lets go of it. Arrays that go with it
   // wait for their turn instead of nesting calls as deep as levels are nested.
@@ -46,6 +50,7 @@ class EngineContext : public RefCounted {
   SharedErrors& errors_;
   MessageLoop* loop_;
   LevelFactory create_level_;
+  ConversionObserver* observer_ = nullptr;
   int depth_ = 0;
   std::vector<Ref<ElementTable>> buried_;
   bool burying_ = false;

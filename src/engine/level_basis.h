@@ -12,6 +12,8 @@
 
 namespace tessary {
 
+class DifferenceTelling;
+
 // How the elements of two lists are paired when they are compared.
 struct Pairing {
   std::string_view skipped_key;    // rows of the new list with this key are left out; empty: none
@@ -75,6 +77,7 @@ class BXLevelBasis final : public Level {
   }
 
   TextPool& pool() const { return *context_->pool(); }
+  DifferenceTelling Telling() const;
   ElementTable& Array();
   Element MakeElement(const AddArguments& arguments, const Property& texts,
                       std::int8_t pending_child) const;

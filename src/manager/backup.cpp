@@ -10,6 +10,7 @@ namespace tessary {
 namespace {
 
 constexpr int kMostOlderCopies = 100000;
+constexpr std::string_view kReplacedMark = "ersetzt";
 
 // A question is asked with the default pointer.
 Answer Ask(const Surroundings& around, const std::string& question) {
@@ -31,12 +32,6 @@ std::string ReportQuestion(const std::string& file_name) {
          "Falls Probleme bei der Konvertierung auftreten, kann der Bericht beschädigt und "
          "Programmteile möglicherweise nicht mehr richtig ausgeführt werden.\r\n"
          "Konvertierung für diesen Bericht trotzdem durchführen?";
-}
-
-// Names of older copies keep clear of every rule that takes files for input: they begin with "~",
-// and their extension holds one.
-std::string OlderCopyName(const std::string& file_name, int number) {
-  return "~" + file_name + ".~" + std::to_string(number);
 }
 
 // True unless it is certain that there is no such file: what cannot be looked at is not overwritten.
@@ -90,6 +85,25 @@ std::string DefaultBackupFolder(const std::string& report_folder) {
   return std::string(is_root ? std::string_view(report_folder)
                              : WithoutTrailingSeparator(report_folder)) +
          "Bak";
+}
+
+// Names of older copies keep clear of every rule that takes files for input: they begin with "~",
+// and their extension holds one.
+std::string OlderCopyName(const std::string& file_name, int number) {
+  return "~" + file_name + ".~" + std::to_string(number);
+}
+
+std::string ReplacedCopyName(const std::string& file_name, int number) {
+  return "~" + file_name + ".~" + std::string(kReplacedMark) + std::to_string(number);
+}
+
+std::string ReportOfOlderCopy(const std::string& copy_name) {
+  const auto number = copy_name.rfind(".~");
+  if (number == std::string::npos || number < 2 || copy_name[0] != '~') return {};
+  std::string_view digits = std::string_view(copy_name).substr(number + 2);
+  if (digits.starts_with(kReplacedMark)) digits.remove_prefix(kReplacedMark.size());
+  const bool is_number = !digits.empty() && digits.find_first_not_of("0123456789") == digits.npos;
+  return is_number ? copy_name.substr(1, number - 1) : std::string();
 }
 
 BackupFolder CreateBackupFolder(const Surroundings& around, const std::string& report_folder,

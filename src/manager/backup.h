@@ -12,6 +12,13 @@ namespace tessary {
 // The folder that a report folder's backups go to unless another is given: its sibling "...Bak".
 std::string DefaultBackupFolder(const std::string& report_folder);
 
+// The name of an older copy of a report in the backup folder, the first of them being the oldest;
+// that of a state which a copy has replaced; and the report that such a name belongs to, empty for
+// any other name.
+std::string OlderCopyName(const std::string& file_name, int number);
+std::string ReplacedCopyName(const std::string& file_name, int number);
+std::string ReportOfOlderCopy(const std::string& copy_name);
+
 struct BackupFolder {
   std::string path;
   bool skip = false;  // there is no folder, and the user wants to go on without backups

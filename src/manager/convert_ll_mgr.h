@@ -25,13 +25,14 @@ struct FolderWait {
   std::chrono::milliseconds pause{200};  // between two attempts
 };
 
-// What the manager needs of its surroundings. Everything must outlive the manager; `loop` and
-// `notices` may be null.
+// What the manager needs of its surroundings. Everything must outlive the manager; `loop`,
+// `notices` and `steps` may be null.
 struct Surroundings {
   FileSystem& files;
   UserInterface& user;
   MessageLoop* loop = nullptr;
   RunNotices* notices = nullptr;
+  StepObserver* steps = nullptr;
   FolderWait folder_wait = {};
 };
 
@@ -147,7 +148,8 @@ class BXConvertLLMgr {
   Outcome BackUp(const std::string& report_path, std::string& backup_folder);
   DiffFileName CheckDifferenceFile(Step& step, const std::string& path);
   void ApplyDifferences(Step& step, const std::string& report_path, const std::string& diff_path,
-                        const std::string& backup_folder, const DiffFileName& versions);
+                        const std::string& backup_folder, const DiffFileName& versions,
+                        ConversionObserver* observer);
   Outcome ConvertFolder(Step& step, const std::string& diff_folder,
                         const std::string& report_folder, const std::string& wanted_backup_folder,
                         const OmitReport& omit);

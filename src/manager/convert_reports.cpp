@@ -2,9 +2,6 @@
 // one to the other, writing the report back. A folder run applies to each report the chain of
 // difference files that leads on from its version, one step after the other.
 
-#include <algorithm>
-#include <tuple>
-
 #include "levels/level_factory.h"
 #include "manager/backup.h"
 #include "manager/convert_ll_mgr.h"
@@ -21,6 +18,26 @@ std::string VersionsText(const DiffFileName& versions) {
   return "von Version " + std::to_string(versions.old_version) + " nach " +
          std::to_string(versions.new_version);
 }
+
+// Tells an observer of a step and, whichever way it is left, of its end.
+class ObservedStep {
+ public:
+  ObservedStep(StepObserver* steps, const ConversionStep& step)
+      : steps_(steps), observer_(steps ? steps->Begin(step) : nullptr) {}
+  ObservedStep(const ObservedStep&) = delete;
+  ObservedStep& operator=(const ObservedStep&) = delete;
+  ~ObservedStep() {
+    if (steps_) steps_->End(done_);
+  }
+
+  ConversionObserver* observer() const { return observer_; }
+  void SetDone() { done_ = true; }
+
+ private:
+  StepObserver* steps_;
+  ConversionObserver* observer_;
+  bool done_ = false;
+};
 
 }  // namespace
 
@@ -65,7 +82,10 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertOne(Step& step, const std::string
   const DiffFileName versions = CheckDifferenceFile(step, diff_path);
   step.log_text =
       "Konvertierung des Berichts " + name + " " + VersionsText(versions) + " fehlgeschlagen.";
-  ApplyDifferences(step, report_path, diff_path, backup_folder, versions);
+  ObservedStep observed(around_.steps,
+                        {report_path, diff_path, versions.old_version, versions.new_version});
+  ApplyDifferences(step, report_path, diff_path, backup_folder, versions, observed.observer());
+  observed.SetDone();
   log_.AddToResultLog(
       "Der Bericht " + name + " wurde erfolgreich " + VersionsText(versions) + " konvertiert.",
       false);
@@ -110,9 +130,10 @@ DiffFileName BXConvertLLMgr::CheckDifferenceFile(Step& step, const std::string& 
 void BXConvertLLMgr::ApplyDifferences(Step& step, const std::string& report_path,
                                       const std::string& diff_path,
                                       const std::string& backup_folder,
-                                      const DiffFileName& versions) {
+                                      const DiffFileName& versions, ConversionObserver* observer) {
   const std::string name = FileNameOf(report_path);
   const Ref<EngineContext> context = NewEngineContext(log_.errors, around_.loop);
+  context->SetObserver(observer);
   ShowStep("Differenzdatei wird gelesen");
   step.exit_message = "Fehler beim Lesen der Datei " + FileNameOf(diff_path);
   const Ref<ElementTable> differences = ReadFile(context, diff_path);
@@ -178,10 +199,7 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertFolder(Step& step, const std::str
   const std::vector<ListedFile> reports =
       ListForConversion(step, ListKind::kReports, report_folder, omit);
 
-  std::stable_sort(differences.begin(), differences.end(),
-                   [](const ListedFile& a, const ListedFile& b) {
-                     return std::tie(a.reference, a.version) < std::tie(b.reference, b.version);
-                   });
+  SortForChains(differences);
   for (const ListedFile& report : reports) {
     step.exit_message = "Fehler beim Konvertieren des Berichtes " + report.name;
     if (!backup.skip &&

@@ -101,6 +101,11 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ComparePair(Step& step, ReportPair& pair
                           pair.old_reference + " " + pair.VersionsText() +
                           " wurde erfolgreich erstellt.",
                       false);
+  if (around_.notices) {
+    around_.notices->DifferenceCreated(
+        pair.old_path, pair.new_path,
+        diff_name.empty() ? diff_name : JoinPath(diff_folder, diff_name));
+  }
   return Outcome::kDone;
 }
 

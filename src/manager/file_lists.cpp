@@ -1,6 +1,8 @@
 #include "manager/file_lists.h"
 
+#include <algorithm>
 #include <optional>
+#include <tuple>
 
 #include "engine/procedure.h"
 #include "manager/user_section.h"
@@ -51,6 +53,13 @@ std::vector<ListedFile> CreateFileArraysForConversion(const Surroundings& around
     errors.Add({ErrorEntry::kFailure, failure.number(), source, failure.description()});
     throw;
   }
+}
+
+void SortForChains(std::vector<ListedFile>& differences) {
+  std::stable_sort(differences.begin(), differences.end(),
+                   [](const ListedFile& a, const ListedFile& b) {
+                     return std::tie(a.reference, a.version) < std::tie(b.reference, b.version);
+                   });
 }
 
 }  // namespace tessary

@@ -26,4 +26,8 @@ std::vector<ListedFile> CreateFileArraysForConversion(const Surroundings& around
                                                       const std::string& folder,
                                                       const OmitReport& omit);
 
+// Orders difference files so that each report finds the steps of its chain one behind the other: by
+// reference, then by old version; of several steps from one version the folder's first comes first.
+void SortForChains(std::vector<ListedFile>& differences);
+
 }  // namespace tessary

@@ -34,12 +34,6 @@ class IoStep {
   Procedure procedure_;
 };
 
-bool HasByteOrderMark(std::string_view bytes) {
-  using namespace std::string_view_literals;
-  return bytes.starts_with("\xEF\xBB\xBF"sv) || bytes.starts_with("\xFF\xFE"sv) ||
-         bytes.starts_with("\xFE\xFF"sv);
-}
-
 // Takes the next line off `text`, without its line end.
 std::string_view NextLine(std::string_view& text) {
   const auto end = text.find('\n');
@@ -80,6 +74,12 @@ void WriteLines(const Ref<EngineContext>& context, const std::string& name, BXRe
 }
 
 }  // namespace
+
+bool HasByteOrderMark(std::string_view bytes) {
+  using namespace std::string_view_literals;
+  return bytes.starts_with("\xEF\xBB\xBF"sv) || bytes.starts_with("\xFF\xFE"sv) ||
+         bytes.starts_with("\xFE\xFF"sv);
+}
 
 Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& context,
                              const std::string& path, ReadStatistics* statistics) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "engine/element_table.h"
 #include "engine/engine_context.h"
@@ -24,6 +25,11 @@ Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& contex
 
 // A difference file can be made again; a report is what somebody has worked on.
 enum class FileKind { kReport, kDifferenceFile };
+
+// True for the beginning of a file of a newer format, which ReadReport refuses. As many bytes as
+// the longest mark has tell.
+inline constexpr std::size_t kLongestByteOrderMark = 3;
+bool HasByteOrderMark(std::string_view bytes);
 
 // Writes a tree over `path`, which is replaced as a whole wherever that is possible. Raises
 // Failure and leaves entries in the context's error collection; then `damaged`, which may be null,

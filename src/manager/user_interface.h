@@ -11,6 +11,8 @@
 
 namespace tessary {
 
+class ConversionObserver;
+
 // The window that shows the step at which an operation is. It goes away when it is destroyed.
 class ProgressWindow {
  public:
@@ -54,6 +56,27 @@ class RunNotices {
   // A report that was not converted because a question was answered with No; the folder where the
   // answer concerned all of them.
   virtual void SkippedByAnswer(const std::string& path) = 0;
+  // Two versions have been compared: the paths of the old and of the new one and of the difference
+  // file, empty where they do not differ.
+  virtual void DifferenceCreated(const std::string&, const std::string&, const std::string&) {}
+};
+
+// A report's way from one version to the next by a difference file.
+struct ConversionStep {
+  std::string report_path;
+  std::string diff_path;
+  std::int32_t old_version = 0;
+  std::int32_t new_version = 0;
+};
+
+// Hears of each step that a conversion makes.
+class StepObserver {
+ public:
+  virtual ~StepObserver() = default;
+  // A step begins; who shall hear of its differences, or null.
+  virtual ConversionObserver* Begin(const ConversionStep& step) = 0;
+  // It has ended: `done` when it succeeded, otherwise the report is what it was.
+  virtual void End(bool done) = 0;
 };
 
 }  // namespace tessary

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "platform/failure.h"
+#include "platform/path.h"
+
 namespace tessary {
 
 namespace {
@@ -21,6 +24,15 @@ std::size_t FillBlock(FileReader& file, std::string& block) {
 
 }  // namespace
 
+void FileSystem::CheckCreatingFolder(const std::string& path) {
+  if (FileExists(path) || FolderExists(path)) throw Failure(kFileExists);
+  if (!FolderExists(ParentFolderOf(path))) throw Failure(kPathNotFound);
+}
+
+std::string FileSystem::IdentityOf(const std::string& path) {
+  return FileExists(path) ? path : std::string();
+}
+
 std::string ReadWholeFile(FileReader& file) {
   // A hint may be far off (sparse files), so memory beyond these bounds is taken step by step.
   constexpr std::size_t kFirstBlock = 4096;
@@ -36,6 +48,12 @@ std::string ReadWholeFile(FileReader& file) {
   }
   contents.resize(used);
   return contents;
+}
+
+std::string ReadBeginning(FileReader& file, std::size_t size) {
+  std::string beginning(size, '\0');
+  beginning.resize(FillBlock(file, beginning));
+  return beginning;
 }
 
 bool SameBytes(FileReader& a, FileReader& b) {

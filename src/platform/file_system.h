@@ -88,6 +88,15 @@ class FileSystem {
   // nobody away: whether it can be worked in shows in what is done there. Never fails.
   virtual std::unique_ptr<FolderLock> TryLockFolder(const std::string& folder) = 0;
 
+  // Raise what OpenForReplacing or CreateFolder would, as far as it shows beforehand, and create
+  // nothing.
+  virtual void CheckReplacing(const std::string& path) { OpenForReplacing(path); }
+  virtual void CheckCreatingFolder(const std::string& path);
+
+  // A text that all paths of one existing file share (links, letter case) and no other file has;
+  // empty when there is no such file.
+  virtual std::string IdentityOf(const std::string& path);
+
   // Removes what a run that died may have left in `folder`; never fails.
   virtual void RemoveLeftovers(const std::string& folder) = 0;
 
@@ -99,6 +108,9 @@ class FileSystem {
 
 // The whole contents of a file.
 std::string ReadWholeFile(FileReader& file);
+
+// Its first bytes, fewer than `size` where it ends before.
+std::string ReadBeginning(FileReader& file, std::size_t size);
 
 // True when both files hold the same bytes from where they have been read to on.
 bool SameBytes(FileReader& a, FileReader& b);

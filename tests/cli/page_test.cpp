@@ -195,7 +195,8 @@ TEST_F(PageTest, AFailureToWriteItFailsTheCommand) {
                                 " konnte nicht geschrieben werden: Datenträger voll.\n"),
               std::string::npos)
         << console_.err;
-    EXPECT_NE(console_.out.find("1 Bericht konvertiert\n"), std::string::npos);
+    EXPECT_NE(console_.out.find("1 Bericht konvertiert, 2 Unterschiede angewendet\n"),
+              std::string::npos);
   }
 }
 

@@ -85,7 +85,8 @@ TEST_F(TessaryTest, DiffFolderCountsWhatItPassesOver) {
 TEST_F(TessaryTest, ConvertPrintsOneReport) {
   PutReports({"a.lst"});
   EXPECT_EQ(Run({"convert", "/rep/a.lst", "/diff/3_4Rechnung"}), kExitDone);
-  EXPECT_EQ(console_.out, std::string(kConverted) + "1 Bericht konvertiert\n");
+  EXPECT_EQ(console_.out,
+            std::string(kConverted) + "1 Bericht konvertiert, 2 Unterschiede angewendet\n");
   EXPECT_TRUE(files_.FileExists("/repBak/a.lst"));
 }
 
@@ -114,7 +115,8 @@ TEST_F(TessaryTest, ConvertFolderNamesEveryReport) {
   EXPECT_EQ(Run({"convert-folder", "/diff", "/rep", "--omit", "B.LST"}), kExitDone);
   EXPECT_EQ(console_.out, std::string(kConverted) +
                               "Ohne passende Differenz-Datei unverändert: neu.lst\n"
-                              "1 Bericht konvertiert, 1 unverändert, 1 ausgelassen, "
+                              "1 Bericht konvertiert, 2 Unterschiede angewendet, 1 unverändert, "
+                              "1 ausgelassen, "
                               "2 Dateien übergangen (keine Berichte)\n");
   EXPECT_EQ(files_.Get("/rep/b.lst"), SmallReport(3));
 }
@@ -203,7 +205,8 @@ TEST_F(TessaryTest, ContinueConvertsWithoutBackup) {
   arguments.push_back("--on-backup-failure=continue");
   EXPECT_EQ(Run(arguments), kExitDone);
   EXPECT_NE(console_.err.find("Antwort: Ja."), std::string::npos);
-  EXPECT_EQ(console_.out, std::string(kConverted) + "1 Bericht konvertiert\n");
+  EXPECT_EQ(console_.out,
+            std::string(kConverted) + "1 Bericht konvertiert, 2 Unterschiede angewendet\n");
 }
 
 TEST_F(TessaryTest, TheQuestionIsAskedOnATerminal) {

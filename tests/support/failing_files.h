@@ -75,6 +75,7 @@ class FailingFiles : public FileSystem {
     return inner_.TryLockFolder(folder);
   }
   void RemoveLeftovers(const std::string& folder) override { inner_.RemoveLeftovers(folder); }
+  std::string IdentityOf(const std::string& path) override { return inner_.IdentityOf(path); }
   std::string ReadProfileString(const std::string& path, std::string_view section,
                                 std::string_view key) override;
 

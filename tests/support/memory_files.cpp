@@ -219,6 +219,10 @@ std::unique_ptr<FolderLock> MemoryFiles::TryLockFolder(const std::string& folder
   return is_free ? std::make_unique<Lock>(*this, *place) : nullptr;
 }
 
+std::string MemoryFiles::IdentityOf(const std::string& path) {
+  return FileExists(path) ? Resolved(path) : std::string();
+}
+
 void MemoryFiles::RemoveLeftovers(const std::string& folder) {
   const std::string wanted = Normalised(folder);
   std::erase_if(files_, [&](const auto& file) {

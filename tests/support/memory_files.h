@@ -45,6 +45,7 @@ class MemoryFiles : public FileSystem {
   void CreateFolder(const std::string& path) override;
   std::unique_ptr<FolderLock> TryLockFolder(const std::string& folder) override;
   void RemoveLeftovers(const std::string& folder) override;
+  std::string IdentityOf(const std::string& path) override;
   std::string ReadProfileString(const std::string& path, std::string_view section,
                                 std::string_view key) override;
 

@@ -199,9 +199,14 @@ std::string ResolveTarget(std::string path) {
 
 bool RefusesNewFiles(int error) { return error == EACCES || error == EPERM || error == EROFS; }
 
-std::unique_ptr<PosixReplacement> ReplaceExisting(std::string target, OpenedFile file) {
+OpenedFile OpenTarget(const std::string& target) {
+  OpenedFile file = OpenRegularFile(target, O_WRONLY);
   // Privileged users can open such a file all the same, but it was locked on purpose.
   if ((file.status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) throw Failure(kPermissionDenied);
+  return file;
+}
+
+std::unique_ptr<PosixReplacement> ReplaceExisting(std::string target, OpenedFile file) {
   if (file.status.st_nlink == 1) {
     int error = 0;
     auto temporary = TemporaryFile::TryCreate(target, S_IRUSR | S_IWUSR, error);
@@ -226,11 +231,26 @@ std::unique_ptr<PosixReplacement> OpenReplacement(const std::string& path) {
   std::string target = ResolveTarget(path);
   struct stat status;
   if (stat(target.c_str(), &status) == 0) {
-    OpenedFile file = OpenRegularFile(target, O_WRONLY);
+    OpenedFile file = OpenTarget(target);
     return ReplaceExisting(std::move(target), std::move(file));
   }
   if (errno != ENOENT) FailWith(errno);
   return ReplaceMissing(std::move(target));
+}
+
+void CheckReplacement(const std::string& path) {
+  CheckPath(path);
+  const std::string target = ResolveTarget(path);
+  struct stat status;
+  if (stat(target.c_str(), &status) == 0) {
+    OpenTarget(target);
+  } else if (errno != ENOENT || !TakesNewFiles(FolderHolding(target))) {
+    FailWith(errno);
+  }
+}
+
+bool TakesNewFiles(const std::string& folder) {
+  return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 }  // namespace tessary

@@ -20,4 +20,10 @@ class PosixReplacement : public FileReplacement {
 // What SystemFiles().OpenForReplacing does.
 std::unique_ptr<PosixReplacement> OpenReplacement(const std::string& path);
 
+// What SystemFiles().CheckReplacing does.
+void CheckReplacement(const std::string& path);
+
+// True when the user may create files and folders in `folder`; errno is set when not.
+bool TakesNewFiles(const std::string& folder);
+
 }  // namespace tessary

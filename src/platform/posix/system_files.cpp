@@ -151,6 +151,24 @@ class PosixFileSystem final : public FileSystem {
 
   void RemoveLeftovers(const std::string& folder) override { RemoveDeadTemporaryFiles(folder); }
 
+  void CheckReplacing(const std::string& path) override { CheckReplacement(path); }
+
+  void CheckCreatingFolder(const std::string& path) override {
+    CheckPath(path);
+    struct stat status;
+    if (lstat(path.c_str(), &status) == 0) FailWith(EEXIST);
+    if (!TakesNewFiles(FolderHolding(path))) {
+      if (errno == ENOENT) throw Failure(kPathNotFound);
+      FailWith(errno);
+    }
+  }
+
+  std::string IdentityOf(const std::string& path) override {
+    struct stat status;
+    if (!StatusOf(path, status) || S_ISDIR(status.st_mode)) return {};
+    return std::to_string(status.st_dev) + " " + std::to_string(status.st_ino);
+  }
+
   std::string ReadProfileString(const std::string& path, std::string_view section,
                                 std::string_view key) override {
     try {

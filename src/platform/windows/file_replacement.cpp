@@ -269,6 +269,26 @@ std::unique_ptr<WindowsReplacement> ReplaceMissing(std::wstring target) {
 
 }  // namespace
 
+void CheckReplacement(const std::string& path) {
+  const std::wstring target = NativeFilePath(path);
+  if (GetFileAttributesW(target.c_str()) == INVALID_FILE_ATTRIBUTES) {
+    if (const DWORD error = GetLastError(); error != ERROR_FILE_NOT_FOUND) FailWith(error);
+    return CheckNewFile(target);
+  }
+  if ((CheckedAttributes(target) & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+    CheckedAttributes(LinkTarget(target).value_or(target));
+  }
+  bool removable = false;
+  OpenTarget(target, removable);
+}
+
+void CheckNewFile(const std::wstring& path) {
+  const std::wstring folder = path.substr(0, path.find_last_of(L'\\') + 1);
+  const FileHandle handle = TryOpen(folder, FILE_ADD_FILE | FILE_ADD_SUBDIRECTORY, kShareAll,
+                                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+  if (!handle.is_open()) FailWithLastError();
+}
+
 std::unique_ptr<WindowsReplacement> OpenReplacement(const std::string& path) {
   std::wstring target = NativeFilePath(path);
   SettleBackupOf(target);

@@ -19,4 +19,10 @@ class WindowsReplacement : public FileReplacement {
 // What SystemFiles().OpenForReplacing does.
 std::unique_ptr<WindowsReplacement> OpenReplacement(const std::string& path);
 
+// What SystemFiles().CheckReplacing does.
+void CheckReplacement(const std::string& path);
+
+// Raises Failure unless the folder of this native path takes new files and folders.
+void CheckNewFile(const std::wstring& path);
+
 }  // namespace tessary

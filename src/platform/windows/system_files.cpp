@@ -5,6 +5,7 @@
 #include "platform/file_names.h"
 #include "platform/file_system.h"
 #include "platform/path.h"
+#include "platform/text.h"
 #include "platform/windows/directory.h"
 #include "platform/windows/file_replacement.h"
 #include "platform/windows/native_path.h"
@@ -152,6 +153,22 @@ class WindowsFileSystem final : public FileSystem {
     } catch (const Failure&) {
       return std::make_unique<WindowsFolderLock>(FileHandle());
     }
+  }
+
+  void CheckReplacing(const std::string& path) override { CheckReplacement(path); }
+
+  void CheckCreatingFolder(const std::string& path) override {
+    FileSystem::CheckCreatingFolder(path);
+    CheckNewFile(NativePath(path));
+  }
+
+  std::string IdentityOf(const std::string& path) override {
+    if (!FileExists(path)) return {};
+    OpenedFile file{TryOpen(NativePath(path), 0, kShareAll), {}};
+    // A file that cannot be asked is still there, under its name at least.
+    if (!GetFileInformationByHandle(file.handle.get(), &file.info)) return FoldCase(path);
+    return std::to_string(file.info.dwVolumeSerialNumber) + " " +
+           std::to_string(std::uint64_t{file.info.nFileIndexHigh} << 32 | file.info.nFileIndexLow);
   }
 
   void RemoveLeftovers(const std::string& folder) override {

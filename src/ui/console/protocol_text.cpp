@@ -32,12 +32,8 @@ class ProtocolPrinter {
       : tree_(tree), style_(style), output_(output) {}
 
   void PrintNode(const ProtocolNode& node, std::size_t depth) {
-    const Mark& mark = kMarks[static_cast<std::size_t>(node.image)];
-    const std::string_view sign = style_.unicode_marks ? mark.sign : mark.word;
-    std::string line(depth * (style_.unicode_marks ? kSignIndent : kWordIndent), ' ');
-    if (style_.colours) line.append(mark.colour);
-    line.append(sign);
-    if (style_.colours) line.append(kNoColour);
+    std::string line(depth * MarkIndent(style_), ' ');
+    line.append(MarkText(node.image, style_));
     output_.Line(line.append(" ").append(Printable(node.text)));
     for (const std::size_t child : node.children) PrintNode(tree_.nodes()[child], depth + 1);
   }
@@ -49,6 +45,17 @@ class ProtocolPrinter {
 };
 
 }  // namespace
+
+std::string MarkText(ProtocolImage image, const TextStyle& style) {
+  const Mark& mark = kMarks[static_cast<std::size_t>(image)];
+  std::string text(style.colours ? mark.colour : std::string_view());
+  text.append(style.unicode_marks ? mark.sign : mark.word);
+  return style.colours ? text.append(kNoColour) : text;
+}
+
+std::size_t MarkIndent(const TextStyle& style) {
+  return style.unicode_marks ? kSignIndent : kWordIndent;
+}
 
 void PrintProtocol(const ProtocolTree& tree, ProtocolPart part, const TextStyle& style,
                    Output& output) {

@@ -82,6 +82,13 @@ ul, ol { list-style: none; }
 .tree ul { margin: -.125rem 1rem .75rem 1.5rem; padding-left: 1.25rem;
   border-left: 2px solid var(--line); }
 .tree ul .mark { padding: .1875rem 0; }
+.why { margin-left: 1.875rem; color: var(--accent); font-size: .875rem; }
+.guides { padding: .875rem 1rem; }
+.guides dt { font-weight: 600; }
+.guides dt:target { background: var(--warning-ground); }
+.guides dd + dt { margin-top: .875rem; }
+.guides p { margin: .125rem 0 0; }
+.more { color: var(--soft); font-size: .875rem; }
 .names { margin: .25rem 0 0; color: var(--soft); }
 .names li { display: inline; }
 .names li + li::before { content: ", "; }

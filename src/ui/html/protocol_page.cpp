@@ -5,9 +5,11 @@
 #include "ui/html/protocol_page.h"
 
 #include <algorithm>
+#include <set>
 
 #include "ui/html/html_text.h"
 #include "ui/html/page_style.h"
+#include "ui/message_guide.h"
 
 namespace tessary {
 
@@ -61,6 +63,8 @@ Mark MarkOf(ProtocolImage image) {
   }
 }
 
+std::string_view WordOf(PageTone tone) { return tone == PageTone::kCorrect ? "Erfolg" : "Hinweis"; }
+
 // A page in the making.
 class PageWriter {
  public:
@@ -74,7 +78,10 @@ class PageWriter {
     WriteSummary();
     WriteTree();
     WriteRepair();
+    WriteDetails("aenderungen", "Änderungen", page_.changes);
+    WriteDetails("nachpruefung", "Nicht nachgebildet", page_.unreproduced);
     WriteNotes();
+    WriteExplanations();
     WriteFacts();
     html_.append("</main>\n<footer><p>Erstellt von Tessary</p></footer>\n</body>\n</html>\n");
     return std::move(html_);
@@ -159,12 +166,37 @@ class PageWriter {
       html_.append("</summary>\n<ul>\n");
       for (const std::size_t index : report.children) {
         const ProtocolNode& message = page_.tree.nodes()[index];
-        WriteMarked(MarkOf(message.image), message.text, "li");
-        html_.append("\n");
+        WriteMessage(message);
       }
       html_.append("</ul></details>");
     }
     html_.append("</li>\n");
+  }
+
+  void WriteMessage(const ProtocolNode& message) {
+    const MessageGuide* guide = FindMessageGuide(message.text);
+    html_.append("<li>");
+    WriteMarked(MarkOf(message.image), message.text, "div");
+    if (guide) {
+      explained_.insert(guide);
+      html_.append(" <a class=\"why\" href=\"#").append(AnchorOf(*guide));
+      html_.append("\">Was tun?</a>");
+    }
+    html_.append("</li>\n");
+  }
+
+  void WriteExplanations() {
+    if (explained_.empty()) return;
+    BeginSection("erklaerungen", "Erklärungen");
+    html_.append("<dl class=\"guides box\">\n");
+    for (const MessageGuide* guide : explained_) {
+      html_.append("<dt id=\"").append(AnchorOf(*guide)).append("\">");
+      html_.append(HtmlText(guide->text)).append("</dt><dd><p>Ursache: ");
+      html_.append(HtmlText(guide->cause)).append("</p><p>Abhilfe: ");
+      html_.append(HtmlText(guide->remedy)).append("</p></dd>\n");
+    }
+    html_.append("</dl>\n");
+    EndSection();
   }
 
   void WriteRepair() {
@@ -182,6 +214,34 @@ class PageWriter {
     }
     html_.append("</ol>\n</div>\n");
     EndSection();
+  }
+
+  void WriteDetails(std::string_view id, std::string_view heading,
+                    const std::vector<PageDetails>& groups) {
+    if (groups.empty()) return;
+    BeginSection(id, heading);
+    html_.append("<ul class=\"tree box\">\n");
+    for (const PageDetails& group : groups) {
+      html_.append("<li><details><summary><span class=\"mark\"><span></span><bdi>");
+      html_.append(HtmlText(group.heading)).append("</bdi></span></summary>\n<ul>\n");
+      for (const PageDetail& detail : group.details) WriteDetail(detail);
+      html_.append("</ul></details></li>\n");
+    }
+    html_.append("</ul>\n");
+    EndSection();
+  }
+
+  void WriteDetail(const PageDetail& detail) {
+    const std::string_view tone = ClassOf(detail.tone);
+    html_.append("<li class=\"mark ").append(tone).append("\"><svg class=\"icon\" role=\"img\" ");
+    html_.append("aria-label=\"").append(WordOf(detail.tone)).append("\"><use href=\"#");
+    html_.append(tone).append("\"/></svg><div><bdi>").append(HtmlText(detail.text));
+    html_.append("</bdi>");
+    for (const std::string* more : {&detail.place, &detail.note}) {
+      if (more->empty()) continue;
+      html_.append("<div class=\"more\"><bdi>").append(HtmlText(*more)).append("</bdi></div>");
+    }
+    html_.append("</div></li>\n");
   }
 
   void WriteNotes() {
@@ -220,6 +280,7 @@ class PageWriter {
 
   const ProtocolPage& page_;
   std::string html_;
+  std::set<const MessageGuide*> explained_;  // in the order of the table
 };
 
 }  // namespace

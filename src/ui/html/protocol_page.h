@@ -29,6 +29,20 @@ struct PageNames {
   std::vector<std::string> names;
 };
 
+// One of many things found out in detail: what, where, and what there is to say of it.
+struct PageDetail {
+  PageTone tone;
+  std::string text;
+  std::string place;
+  std::string note;
+};
+
+// Details of one report, to be unfolded.
+struct PageDetails {
+  std::string heading;
+  std::vector<PageDetail> details;
+};
+
 // What the protocol of one run says as a page. Texts may be any bytes.
 struct ProtocolPage {
   std::string title;
@@ -40,6 +54,8 @@ struct ProtocolPage {
   std::vector<std::string> warnings;
   std::vector<PageNames> files;  // what became of files that are not in the tree
   std::optional<RepairGuide> repair;
+  std::vector<PageDetails> changes = {};
+  std::vector<PageDetails> unreproduced = {};
 };
 
 // The page as one HTML file in UTF-8 that needs no other file, no network and no script.

@@ -67,7 +67,7 @@ TEST_F(CommandTest, BothPassesWithRelativePathsInEveryForm) {
   EXPECT_EQ(result.exit_code, 0);
   EXPECT_EQ(result.out,
             "OK      Der Bericht Rechnung.lst wurde erfolgreich von Version 3 nach 4 "
-            "konvertiert.\n1 Bericht konvertiert\n");
+            "konvertiert.\n1 Bericht konvertiert, 2 Unterschiede angewendet\n");
   EXPECT_EQ(GetFile(folder_ / "BerichteBak/Rechnung.lst"), SmallReport(3));
   EXPECT_EQ(Run({"info", "Berichte/Rechnung.lst"}).out,
             "Berichte/Rechnung.lst: Version 4, Referenz Rechnung\n");

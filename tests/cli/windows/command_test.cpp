@@ -53,7 +53,7 @@ TEST_F(CommandTest, BothPassesWithNamesOfEveryScript) {
   EXPECT_EQ(result.exit_code, 0) << result.err;
   EXPECT_EQ(result.out,
             "OK      Der Bericht Übersicht Ω.lst wurde erfolgreich von Version 3 nach 4 "
-            "konvertiert.\n1 Bericht konvertiert\n");
+            "konvertiert.\n1 Bericht konvertiert, 2 Unterschiede angewendet\n");
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(GetFile(folder_ / "Berichte Ω中文Bak/Übersicht Ω.lst"), SmallReport(3));
   EXPECT_EQ(Run({"info", "Berichte Ω中文\\Übersicht Ω.lst"}).out,
