@@ -136,7 +136,7 @@ constexpr std::array<CommandSpec, 11> kCommands = {{
      "tessary restore BerichteBak Berichte --oldest"},
     {CommandId::kExplain, "explain", "Ursache und Abhilfe zu einer Meldung anzeigen",
      kExplainOperands, false, true, kFileOptions, "",
-     "tessary explain \"Fehler beim Öffnen der Datei Rechnung.lst\"\n"
+     "tessary explain verweigert\n"
      "tessary explain 70\n"
      "tessary explain 0x80041389"},
     {CommandId::kInfo, "info", "Version und Referenz von Berichten anzeigen", kInfoOperands, true,

@@ -26,10 +26,9 @@ constexpr std::string_view kSpeakToVendor =
 
 constexpr auto kGuides = std::to_array<MessageGuide>({
     // What stands over the messages of a report.
-    {kReports, "Der Bericht … wurde erfolgreich von Version … nach … konvertiert.",
+    {kReports, "Der Bericht … wurde erfolgreich … konvertiert.",
      "Ein Schritt ist gelungen; der Bericht ist geschrieben.", "Es ist nichts zu tun."},
-    {kReports,
-     "Die Differenz-Datei … für den Bericht … von Version … nach … wurde erfolgreich erstellt.",
+    {kReports, "Die Differenz-Datei … für den Bericht … wurde erfolgreich erstellt.",
      "Der Vergleich ist gelungen. Fehlt der Name der Datei, so gab es keinen Unterschied und es "
      "ist "
      "keine Datei entstanden.",

@@ -55,7 +55,7 @@ TEST_F(DifferenceCheckTest, LetterCaseOnly) {
 
 TEST_F(DifferenceCheckTest, Duplicates) {
   EXPECT_THAT(Check({"[Layout]", "A=1"}, {"[Layout]", "A=1", "A=2"}),
-              ElementsAre("2 6 [Layout]: A=2 > "));
+              ElementsAre("2 5 [Layout]: A=1 > A=2", "2 6 [Layout]: A=2 > "));
   EXPECT_THAT(Check({"[Layout]", "A=1", "A=2", "A=3"}, {"[Layout]", "A=1"}).size(), 2u);
 }
 
