@@ -82,6 +82,9 @@ ul, ol { list-style: none; }
 .tree ul { margin: -.125rem 1rem .75rem 1.5rem; padding-left: 1.25rem;
   border-left: 2px solid var(--line); }
 .tree ul .mark { padding: .1875rem 0; }
+.tree ul summary { padding: 0; }
+.tree ul summary .mark { font-weight: 400; }
+.tree ul ul { margin: 0 0 .375rem .5rem; }
 .names { margin: .25rem 0 0; color: var(--soft); }
 .names li { display: inline; }
 .names li + li::before { content: ", "; }

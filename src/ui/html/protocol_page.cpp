@@ -143,25 +143,21 @@ class PageWriter {
       html_.append("<p>Kein Bericht wurde bearbeitet.</p>\n");
     } else {
       html_.append("<ul class=\"tree box\">\n");
-      for (const std::size_t index : page_.tree.top_level()) WriteReport(page_.tree.nodes()[index]);
+      for (const std::size_t index : page_.tree.top_level()) WriteNode(page_.tree.nodes()[index]);
       html_.append("</ul>\n");
     }
     EndSection();
   }
 
-  void WriteReport(const ProtocolNode& report) {
+  void WriteNode(const ProtocolNode& node) {
     html_.append("<li>");
-    if (report.children.empty()) {
-      WriteMarked(MarkOf(report.image), report.text, "div");
+    if (node.children.empty()) {
+      WriteMarked(MarkOf(node.image), node.text, "div");
     } else {
       html_.append("<details open><summary>");
-      WriteMarked(MarkOf(report.image), report.text, "span");
+      WriteMarked(MarkOf(node.image), node.text, "span");
       html_.append("</summary>\n<ul>\n");
-      for (const std::size_t index : report.children) {
-        const ProtocolNode& message = page_.tree.nodes()[index];
-        WriteMarked(MarkOf(message.image), message.text, "li");
-        html_.append("\n");
-      }
+      for (const std::size_t index : node.children) WriteNode(page_.tree.nodes()[index]);
       html_.append("</ul></details>");
     }
     html_.append("</li>\n");

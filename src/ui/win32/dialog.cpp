@@ -15,6 +15,13 @@ struct alignas(DWORD) Template {
 
 }  // namespace
 
+Dialog::~Dialog() {
+  if (!window_) return;
+  SetWindowLongPtrW(window_, DWLP_USER, 0);
+  DestroyWindow(window_);
+  CountHandle(HandleKind::kWindow, -1);
+}
+
 void Dialog::Create(HINSTANCE module, HWND parent, DWORD style, DWORD extended_style,
                     const wchar_t* caption) {
   Template form;

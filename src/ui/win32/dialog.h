@@ -16,8 +16,9 @@ class Dialog {
 
  protected:
   Dialog() = default;
-  // The destructor of a derived class calls Destroy as long as it can handle messages.
-  virtual ~Dialog() = default;
+  // The destructor of a derived class calls Destroy as long as it can handle messages. A window
+  // that is left, because a derived constructor has thrown, goes without handling any more.
+  virtual ~Dialog();
 
   // Makes the window, invisible, as a child of `parent` or owned by it, as the style says.
   void Create(HINSTANCE module, HWND parent, DWORD style, DWORD extended_style,

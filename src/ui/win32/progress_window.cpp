@@ -26,12 +26,13 @@ void SetText(HWND control, std::string_view text) {
 
 }  // namespace
 
-WindowsProgressWindow::WindowsProgressWindow(HINSTANCE module, ThreadMessageLoop& loop)
-    : loop_(loop), owner_(GetActiveWindow()) {
+WindowsProgressWindow::WindowsProgressWindow(HINSTANCE module, HWND owner, ThreadMessageLoop& loop)
+    : loop_(loop), owner_(owner) {
   const MonitorScaling scaling;
   const CommonControls controls(module);
   Create(module, owner_, kStyle, kExtendedStyle,
          WideFromUtf8(ProgressModel::kWindowCaption).c_str());
+  if (!window()) return;
   AddControls(module);
   Init(model_.caption_bold(), model_.caption_normal());
   SetResolution(ResolutionOf(window()));
@@ -55,11 +56,13 @@ void WindowsProgressWindow::AddControls(HINSTANCE module) {
 void WindowsProgressWindow::Init(std::string_view strCaptionBold,
                                  std::string_view strCaptionNormal) {
   model_.Init(strCaptionBold, strCaptionNormal);
+  if (!window()) return;
   SetText(caption_bold_, model_.caption_bold());
   SetText(caption_normal_, model_.caption_normal());
 }
 
 void WindowsProgressWindow::Show() {
+  if (!window()) return;
   {
     const MonitorScaling scaling;
     Centre(window(), owner_);
@@ -70,14 +73,17 @@ void WindowsProgressWindow::Show() {
 
 void WindowsProgressWindow::Process(std::string_view strProcess) {
   model_.Process(strProcess);
-  SetText(process_, model_.process());
-  RedrawWindow(window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  if (window()) {
+    SetText(process_, model_.process());
+    RedrawWindow(window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  }
   loop_.TakeTurn();
 }
 
 void WindowsProgressWindow::StopProgress() {
   constexpr DWORD kMillisecondsFull = 200;
   model_.StopProgress();
+  if (!window()) return;
   ShowBar();
   RedrawWindow(window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
   Sleep(kMillisecondsFull);

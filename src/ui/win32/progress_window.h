@@ -14,11 +14,13 @@ namespace tessary::win32 {
 // close it. Its bar moves whenever the thread's messages are handled.
 class WindowsProgressWindow final : public ProgressWindow, private Dialog {
  public:
-  WindowsProgressWindow(HINSTANCE module, ThreadMessageLoop& loop);
+  // `owner` is the window that is worked for, null without one. When it goes before this window,
+  // or no window can be made, nothing more is shown.
+  WindowsProgressWindow(HINSTANCE module, HWND owner, ThreadMessageLoop& loop);
   ~WindowsProgressWindow() override;
 
   void Init(std::string_view strCaptionBold, std::string_view strCaptionNormal) override;
-  // Centred on the window of the program that is active on this thread.
+  // Centred on the owner.
   void Show() override;
   // Paints the new text at once.
   void Process(std::string_view strProcess) override;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 #include <string>
+#include <vector>
 
 #include "platform/windows/wide_text.h"
 #include "ui/win32/common_controls.h"
@@ -31,6 +32,37 @@ constexpr int kFirstTreeLines = 15;
 
 constexpr DWORD kStyle =
     WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
+
+// While it lives, the windows that a thread shows cannot be used, except one. Without an owner
+// that would be the only way to keep the program from being used meanwhile.
+class OtherWindowsDisabled {
+ public:
+  OtherWindowsDisabled(HWND except, HWND owner) : except_(except) {
+    if (owner) Disable(owner, reinterpret_cast<LPARAM>(this));
+    EnumThreadWindows(GetCurrentThreadId(), Disable, reinterpret_cast<LPARAM>(this));
+  }
+  ~OtherWindowsDisabled() {
+    for (const HWND window : windows_) EnableWindow(window, TRUE);
+  }
+  OtherWindowsDisabled(const OtherWindowsDisabled&) = delete;
+  OtherWindowsDisabled& operator=(const OtherWindowsDisabled&) = delete;
+
+ private:
+  static BOOL CALLBACK Disable(HWND window, LPARAM object) {
+    auto& self = *reinterpret_cast<OtherWindowsDisabled*>(object);
+    if (window == self.except_ || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
+    try {
+      self.windows_.push_back(window);
+    } catch (...) {
+      return FALSE;  // no exception may pass through the system
+    }
+    EnableWindow(window, FALSE);
+    return TRUE;
+  }
+
+  HWND except_;
+  std::vector<HWND> windows_;
+};
 
 }  // namespace
 
@@ -88,13 +120,12 @@ void ProtocolWindow::AddSteps(HWND pane) {
 
 void ProtocolWindow::ShowModal() {
   if (!window()) return;
-  const bool disable = owner_ && IsWindowEnabled(owner_);
-  if (disable) EnableWindow(owner_, FALSE);
-  ShowWindow(window(), SW_SHOW);
-  SetFocus(tree_.window());
-  RunLoop();
-  // Before the window goes, so that the system has an enabled window to activate.
-  if (disable) EnableWindow(owner_, TRUE);
+  {
+    const OtherWindowsDisabled disabled(window(), owner_);
+    ShowWindow(window(), SW_SHOW);
+    SetFocus(tree_.window());
+    RunLoop();
+  }  // Enabled before the window goes, so that the system has a window to activate.
   Destroy();
 }
 
@@ -110,14 +141,24 @@ void ProtocolWindow::RunLoop() {
   }
 }
 
+// What closes the window may have been sent by another thread: the loop, which waits for posted
+// messages only, is woken by an empty one.
+void ProtocolWindow::Close() {
+  closed_ = true;
+  PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
+}
+
 INT_PTR ProtocolWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_COMMAND:
-      if (LOWORD(wparam) == kCmdClose || LOWORD(wparam) == IDCANCEL) closed_ = true;
+      if (LOWORD(wparam) == kCmdClose || LOWORD(wparam) == IDCANCEL) Close();
       return TRUE;
     case WM_CLOSE:
-      closed_ = true;
+      Close();
       return TRUE;
+    case WM_DESTROY:
+      if (!closed_) Close();  // its owner goes
+      return FALSE;
     case WM_NOTIFY:
       SetWindowLongPtrW(window(), DWLP_MSGRESULT,
                         tree_.Notify(*reinterpret_cast<const NMHDR*>(lparam)));

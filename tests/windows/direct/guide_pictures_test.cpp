@@ -62,7 +62,7 @@ TEST(GuidePictures, Protocol) {
 
 TEST(GuidePictures, Progress) {
   ThreadMessageLoop loop;
-  WindowsProgressWindow progress(Own(), loop);
+  WindowsProgressWindow progress(Own(), nullptr, loop);
   progress.Init("Berichtskonvertierung", "List & Label");
   progress.Show();
   progress.Process("Bericht Rechnung Österreich.lst wird von Version 4 nach 5 konvertiert");

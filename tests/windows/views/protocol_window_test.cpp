@@ -291,6 +291,100 @@ TEST_F(ProtocolWindow, IsNotShownForSuccessesAlone) {
   EXPECT_THAT(heard.captions, Not(Contains("TALVERO Fehlerprotokoll")));
 }
 
+// A window of another thread that comes in front of the client's, as another program's would.
+class WindowInFront {
+ public:
+  WindowInFront() { SetForegroundWindow(window_); }
+  ~WindowInFront() { DestroyWindow(window_); }
+  WindowInFront(const WindowInFront&) = delete;
+  WindowInFront& operator=(const WindowInFront&) = delete;
+
+ private:
+  HWND window_ = CreateWindowExW(0, L"STATIC", L"Anderes Programm", WS_POPUP | WS_VISIBLE, 0, 0,
+                                 200, 100, nullptr, nullptr, nullptr, nullptr);
+};
+
+TEST_F(ProtocolWindow, IsModalToTheClientsWindowThatWasActiveWhenTheOperationBegan) {
+  PutFile(folders_ / "Datei", "x");
+  BOOL enabled_after = FALSE;
+  Client client([&](Client& self) {
+    self.ConvertReport(folders_.report(1), folders_ / "fehlt", folders_ / "Datei/Sicherung");
+    enabled_after = IsWindowEnabled(self.window());
+  });
+  const HWND question = WaitForQuestion();
+  ASSERT_TRUE(question);
+  const WindowInFront other;
+  ASSERT_TRUE(WaitUntil([&] { return client.Active() == nullptr; }));
+  PostMessageW(GetDlgItem(question, IDYES), BM_CLICK, 0, 0);
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  EXPECT_EQ(GetWindow(window, GW_OWNER), client.window());
+  EXPECT_FALSE(IsWindowEnabled(client.window()));
+  Close(window);
+  client.Join();
+  EXPECT_TRUE(enabled_after);
+}
+
+TEST_F(ProtocolWindow, DisablesTheThreadsWindowsWhenNoneIsActive) {
+  const HANDLE in_front = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  HWND disabled_before = nullptr;
+  BOOL enabled_after = FALSE;
+  BOOL disabled_after = FALSE;
+  Client client([&](Client& self) {
+    disabled_before =
+        CreateWindowExW(0, L"STATIC", L"Gesperrt", WS_POPUP | WS_VISIBLE | WS_DISABLED, 0, 0, 50,
+                        50, nullptr, nullptr, nullptr, nullptr);
+    WaitForSingleObject(in_front, kPatience);
+    WaitUntil([] {
+      MSG message{};
+      while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+      return GetActiveWindow() == nullptr;
+    });
+    FailAt(self, 1);
+    enabled_after = IsWindowEnabled(self.window());
+    disabled_after = !IsWindowEnabled(disabled_before);
+    DestroyWindow(disabled_before);
+  });
+  const WindowInFront other;
+  SetEvent(in_front);
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  EXPECT_FALSE(IsWindowEnabled(client.window()));
+  EXPECT_TRUE(IsWindowEnabled(window));
+  Close(window);
+  client.Join();
+  CloseHandle(in_front);
+  EXPECT_TRUE(enabled_after);
+  EXPECT_TRUE(disabled_after) << "was so before";
+}
+
+TEST_F(ProtocolWindow, ReturnsWhenAnotherThreadSendsTheRequestToClose) {
+  Client client([&](Client& self) { FailAt(self, 1); });
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  ASSERT_TRUE(WaitUntil([&] { return client.Focus() == ControlOf(window, kTreeView1); }));
+  DWORD_PTR answer = 0;
+  EXPECT_TRUE(SendMessageTimeoutW(window, WM_CLOSE, 0, 0, SMTO_NORMAL, kPatience, &answer));
+  EXPECT_TRUE(WaitUntilGone(window));
+}
+
+TEST_F(ProtocolWindow, ReturnsWhenItsOwnerIsDestroyed) {
+  bool returned = false;
+  Client client([&](Client& self) {
+    FailAt(self, 1);
+    returned = true;
+  });
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  ASSERT_TRUE(WaitUntil([&] { return client.Focus() == ControlOf(window, kTreeView1); }));
+  DWORD_PTR answer = 0;
+  EXPECT_TRUE(
+      SendMessageTimeoutW(client.window(), WM_CLOSE, 0, 0, SMTO_NORMAL, kPatience, &answer));
+  EXPECT_FALSE(IsWindow(window));
+  client.Join();
+  EXPECT_TRUE(returned);
+}
+
 // The state of the program's own message loop when it is asked to end meanwhile.
 TEST_F(ProtocolWindow, LeavesARequestToEndTheProgramToTheClient) {
   WPARAM code = 0;
