@@ -35,11 +35,11 @@ class Dialog {
 };
 
 // A part of a window that holds controls and takes the size that it is given. What its controls
-// say goes on to the window.
+// say goes on to the window. It has no text, which screen readers would read.
 class Pane final : public Dialog {
  public:
   // `background` is a colour of the system, such as COLOR_WINDOW, whose text colour goes with it.
-  Pane(HINSTANCE module, HWND parent, const wchar_t* name, int background, int text_colour);
+  Pane(HINSTANCE module, HWND parent, int id, int background, int text_colour);
   ~Pane() override { Destroy(); }
 
  private:

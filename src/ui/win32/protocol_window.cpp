@@ -26,9 +26,8 @@ constexpr int kLineThickness = 2;
 constexpr int kLeastButtonWidth = 88;
 constexpr int kButtonHeight = 25;
 
-// In lines of the tree's font.
-constexpr int kLeastTreeLines = 8;
-constexpr int kFirstTreeLines = 15;
+constexpr int kLeastTreeRows = 6;
+constexpr int kFirstTreeRows = 12;
 
 constexpr DWORD kStyle =
     WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
@@ -83,10 +82,10 @@ ProtocolWindow::ProtocolWindow(HINSTANCE module, HWND owner, const ProtocolTree&
 ProtocolWindow::~ProtocolWindow() { Destroy(); }
 
 void ProtocolWindow::AddControls(HINSTANCE module) {
-  constexpr const wchar_t* kNames[kPanes] = {L"Pane A", L"Pane B", L"Pane C", L"Pane D", L"Pane E"};
   for (std::size_t i = 0; i < kPanes; ++i) {
     const bool title = i == kPaneA;
-    panes_[i].emplace(module, window(), kNames[i], title ? COLOR_WINDOW : COLOR_BTNFACE,
+    panes_[i].emplace(module, window(), kFirstPane + static_cast<int>(i),
+                      title ? COLOR_WINDOW : COLOR_BTNFACE,
                       title ? COLOR_WINDOWTEXT : COLOR_BTNTEXT);
   }
   const auto add_label = [this](PaneIndex pane, int id, std::string_view text) {
@@ -209,7 +208,7 @@ void ProtocolWindow::SetResolution(int resolution) {
 void ProtocolWindow::SetFirstSize() {
   const int width = FromScale(kFirstWidth);
   const Heights heights = HeightsFor(width);
-  const int more = (kFirstTreeLines - kLeastTreeLines) * LineHeight(normal_font_.get());
+  const int more = tree_.HeightOf(kFirstTreeRows) - tree_.HeightOf(kLeastTreeRows);
   SetClientSize(window(), {width, std::accumulate(heights.begin(), heights.end(), more)},
                 resolution_);
 }
@@ -253,7 +252,7 @@ ProtocolWindow::Heights ProtocolWindow::HeightsFor(int width) const {
       MeasureText(normal_font_.get(), WideFromUtf8(guide_.introduction), width - 2 * margin).cy;
   const int steps = WalkSteps(width, [](int, int, int) {});
   return {2 * margin + title + kLineThickness,
-          margin + line + FromScale(kGap) + kLeastTreeLines * line, margin + introduction,
+          margin + line + FromScale(kGap) + tree_.HeightOf(kLeastTreeRows), margin + introduction,
           FromScale(kGap) + steps + margin,
           kLineThickness + 2 * margin + static_cast<int>(ButtonSize().cy)};
 }

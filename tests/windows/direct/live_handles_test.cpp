@@ -90,7 +90,7 @@ class UnfinishedWindow final : public Dialog {
  public:
   UnfinishedWindow() {
     Create(Own(), nullptr, WS_POPUP | WS_CAPTION, 0, L"Unfertig");
-    pane_.emplace(Own(), window(), L"", COLOR_WINDOW, COLOR_WINDOWTEXT);
+    pane_.emplace(Own(), window(), 1, COLOR_WINDOW, COLOR_WINDOWTEXT);
     throw std::bad_alloc();
   }
   ~UnfinishedWindow() override { Destroy(); }
