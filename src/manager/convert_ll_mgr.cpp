@@ -42,6 +42,20 @@ class BatchEntries {
   Ref<ErrorCollection> all_ = MakeRef<ErrorCollection>();
 };
 
+// Gives the caller's pointer back on every way out.
+class PointerForWindow {
+ public:
+  explicit PointerForWindow(UserInterface& user) : user_(user) {
+    user_.SetMousePointer(MousePointer::kDefault);
+  }
+  PointerForWindow(const PointerForWindow&) = delete;
+  PointerForWindow& operator=(const PointerForWindow&) = delete;
+  ~PointerForWindow() { user_.RestoreMousePointer(); }
+
+ private:
+  UserInterface& user_;
+};
+
 }  // namespace
 
 BXConvertLLMgr::BXConvertLLMgr(ResultLog& log, const Surroundings& surroundings)
@@ -50,11 +64,10 @@ BXConvertLLMgr::BXConvertLLMgr(ResultLog& log, const Surroundings& surroundings)
 BXConvertLLMgr::~BXConvertLLMgr() = default;
 
 void BXConvertLLMgr::ShowErrorProtocol() {
-  around_.user.SetMousePointer(MousePointer::kDefault);
+  const PointerForWindow pointer(around_.user);
   if (log_.dictErrors.Count() > 0) {
     around_.user.ShowErrorProtocol(log_.dictErrors, log_.dictCorrect);
   }
-  around_.user.RestoreMousePointer();
 }
 
 bool BXConvertLLMgr::RunSingle(const Captions& captions, Step step, const Body& body) {

@@ -174,6 +174,17 @@ TEST_P(FaultTest, LastResortGivesThePointerBack) {
   EXPECT_EQ(world.user.open_windows(), 0);
 }
 
+TEST(ErrorProtocolFault, GivesThePointerBack) {
+  World world(false);
+  EXPECT_FALSE(world.manager.ConvertReport("", "", ""));
+  world.user.AfterEvent([](const std::string& event) {
+    if (event == "protocol") throw std::bad_alloc();
+  });
+  EXPECT_THROW(world.manager.ShowErrorProtocol(), std::bad_alloc);
+  EXPECT_EQ(world.user.Count("protocol"), 2u);
+  EXPECT_EQ(world.user.pointer(), "restored");
+}
+
 INSTANTIATE_TEST_SUITE_P(Operations, FaultTest, testing::ValuesIn(kOperations),
                          [](const auto& row) { return std::string(row.param.name); });
 

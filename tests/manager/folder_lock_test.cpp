@@ -34,8 +34,8 @@ class FolderLockTest : public ManagerTest {
 
   std::map<std::string, std::string> before_;
   ResultLog hasty_log_;
-  BXConvertLLMgr hasty_{hasty_log_,
-                        {files_, user_, &loop_, &user_, {3, std::chrono::milliseconds(0)}}};
+  BXConvertLLMgr hasty_{
+      hasty_log_, {files_, user_, &loop_, &user_, nullptr, {3, std::chrono::milliseconds(0)}}};
 };
 
 TEST_F(FolderLockTest, AFolderRunThatFindsAnotherFailsWithError70) {
@@ -73,8 +73,8 @@ class ReleasingLoop : public MessageLoop {
 
 TEST_F(FolderLockTest, TheSecondRunGoesOnWhenTheFirstHasFinished) {
   ReleasingLoop loop(memory_.TryLockFolder(Folder("R")));
-  BXConvertLLMgr waiting(hasty_log_,
-                         {files_, user_, &loop, &user_, {2, std::chrono::milliseconds(0)}});
+  BXConvertLLMgr waiting(
+      hasty_log_, {files_, user_, &loop, &user_, nullptr, {2, std::chrono::milliseconds(0)}});
   EXPECT_TRUE(waiting.ConvertReports(Folder("diff"), Folder("R"), ""));
   EXPECT_NE(memory_.Get(Path("R", "A.lst")), before_.at(Path("R", "A.lst")));
 }

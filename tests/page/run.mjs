@@ -70,7 +70,7 @@ const shownTree = (page) =>
       ' ' + mark.querySelector('bdi').textContent;
     return [...document.querySelectorAll('.tree > li')].flatMap((report) => [
       line(report.querySelector('.mark')),
-      ...[...report.querySelectorAll('li.mark')].map((message) => '        ' + line(message)),
+      ...[...report.querySelectorAll(':scope li .mark')].map((message) => '        ' + line(message)),
     ]);
   });
 

@@ -74,12 +74,25 @@ TEST(HtmlPage, ShowsTheTreeInItsOrder) {
   EXPECT_TRUE(HasInOrder(
       page,
       {"aria-label=\"Erfolg\"", "<bdi>Bericht A</bdi></div></li>", "<details open><summary>",
-       "aria-label=\"Erfolg\"", "<bdi>Bericht C</bdi>", "</summary>", "<li class=\"mark warning\">",
-       "aria-label=\"Hinweis\"", "<bdi>Beides</bdi>", "</details>", "<details open><summary>",
-       "aria-label=\"Fehler\"", "<bdi>Bericht B</bdi>", "<bdi>Zweite Meldung</bdi>",
-       "<bdi>Erste Meldung</bdi>", "</details>"}));
+       "aria-label=\"Erfolg\"", "<bdi>Bericht C</bdi>", "</summary>",
+       "<li><div class=\"mark warning\">", "aria-label=\"Hinweis\"", "<bdi>Beides</bdi>",
+       "</details>", "<details open><summary>", "aria-label=\"Fehler\"", "<bdi>Bericht B</bdi>",
+       "<bdi>Zweite Meldung</bdi>", "<bdi>Erste Meldung</bdi>", "</details>"}));
   EXPECT_EQ(CountOf(page, "<bdi>Bericht C</bdi>"), 1u);
   EXPECT_EQ(CountOf(page, "bericht c"), 0u) << "a report that both succeeded and failed";
+}
+
+// The name of a failed report can equal the key of another one's message, below which it hangs
+// then.
+TEST(HtmlPage, ShowsMessagesBelowAMessage) {
+  ResultDictionary errors;
+  errors.Add("A", {"x"});
+  errors.Add("A\\x", {"y"});
+  ProtocolPage page = ExamplePage();
+  page.tree = {errors, ResultDictionary()};
+  EXPECT_TRUE(HasInOrder(HtmlPage(page), {"<details open><summary>", "<bdi>A</bdi>", "</summary>",
+                                          "<details open><summary>", "<bdi>x</bdi>", "</summary>",
+                                          "<bdi>y</bdi>", "</details>", "</details>"}));
 }
 
 TEST(HtmlPage, HasEveryPart) {

@@ -13,6 +13,8 @@ void ThreadMessageLoop::TakeTurn() {
       PostQuitMessage(static_cast<int>(message.wParam));
       break;
     }
+    // Messages to the thread itself, which no window gets, are for the program's filter.
+    if (CallMsgFilterW(&message, MSGF_USER)) continue;
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }

@@ -17,7 +17,8 @@ class ThreadMessageLoop final : public MessageLoop {
     if (GetTickCount() - last_turn_ >= kTurnDistance) TakeTurn();
   }
 
-  // Handles the messages that wait, at once.
+  // Handles the messages that wait, at once. Message filters of the thread see them first, with
+  // the code MSGF_USER.
   void TakeTurn();
 
  private:

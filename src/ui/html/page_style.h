@@ -89,6 +89,9 @@ ul, ol { list-style: none; }
 .guides dd + dt { margin-top: .875rem; }
 .guides p { margin: .125rem 0 0; }
 .more { color: var(--soft); font-size: .875rem; }
+.tree ul summary { padding: 0; }
+.tree ul summary .mark { font-weight: 400; }
+.tree ul ul { margin: 0 0 .375rem .5rem; }
 .names { margin: .25rem 0 0; color: var(--soft); }
 .names li { display: inline; }
 .names li + li::before { content: ", "; }

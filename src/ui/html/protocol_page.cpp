@@ -150,39 +150,37 @@ class PageWriter {
       html_.append("<p>Kein Bericht wurde bearbeitet.</p>\n");
     } else {
       html_.append("<ul class=\"tree box\">\n");
-      for (const std::size_t index : page_.tree.top_level()) WriteReport(page_.tree.nodes()[index]);
+      for (const std::size_t index : page_.tree.top_level()) WriteNode(page_.tree.nodes()[index]);
       html_.append("</ul>\n");
     }
     EndSection();
   }
 
-  void WriteReport(const ProtocolNode& report) {
+  void WriteNode(const ProtocolNode& node) {
     html_.append("<li>");
-    if (report.children.empty()) {
-      WriteMarked(MarkOf(report.image), report.text, "div");
+    if (node.children.empty()) {
+      WriteMarked(MarkOf(node.image), node.text, "div");
+      WriteHelp(node);
     } else {
       html_.append("<details open><summary>");
-      WriteMarked(MarkOf(report.image), report.text, "span");
-      html_.append("</summary>\n<ul>\n");
-      for (const std::size_t index : report.children) {
-        const ProtocolNode& message = page_.tree.nodes()[index];
-        WriteMessage(message);
-      }
+      WriteMarked(MarkOf(node.image), node.text, "span");
+      html_.append("</summary>\n");
+      WriteHelp(node);
+      html_.append("<ul>\n");
+      for (const std::size_t index : node.children) WriteNode(page_.tree.nodes()[index]);
       html_.append("</ul></details>");
     }
     html_.append("</li>\n");
   }
 
-  void WriteMessage(const ProtocolNode& message) {
-    const MessageGuide* guide = FindMessageGuide(message.text);
-    html_.append("<li>");
-    WriteMarked(MarkOf(message.image), message.text, "div");
-    if (guide) {
-      explained_.insert(guide);
-      html_.append(" <a class=\"why\" href=\"#").append(AnchorOf(*guide));
-      html_.append("\">Was tun?</a>");
-    }
-    html_.append("</li>\n");
+  // Leads from a message to what can be done about it.
+  void WriteHelp(const ProtocolNode& node) {
+    if (node.image != ProtocolImage::kWarning) return;
+    const MessageGuide* guide = FindMessageGuide(node.text);
+    if (!guide) return;
+    explained_.insert(guide);
+    html_.append(" <a class=\"why\" href=\"#").append(AnchorOf(*guide));
+    html_.append("\">Was tun?</a>");
   }
 
   void WriteExplanations() {

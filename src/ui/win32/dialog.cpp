@@ -15,6 +15,13 @@ struct alignas(DWORD) Template {
 
 }  // namespace
 
+Dialog::~Dialog() {
+  if (!window_) return;
+  SetWindowLongPtrW(window_, DWLP_USER, 0);
+  DestroyWindow(window_);
+  CountHandle(HandleKind::kWindow, -1);
+}
+
 void Dialog::Create(HINSTANCE module, HWND parent, DWORD style, DWORD extended_style,
                     const wchar_t* caption) {
   Template form;
@@ -54,10 +61,11 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wparam, LPA
   }
 }
 
-Pane::Pane(HINSTANCE module, HWND parent, const wchar_t* name, int background, int text_colour)
+Pane::Pane(HINSTANCE module, HWND parent, int id, int background, int text_colour)
     : background_(background), text_colour_(text_colour) {
   Create(module, parent, WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | DS_CONTROL, WS_EX_CONTROLPARENT,
-         name);
+         L"");
+  if (window()) SetWindowLongPtrW(window(), GWLP_ID, id);
 }
 
 INT_PTR Pane::Handle(UINT message, WPARAM wparam, LPARAM lparam) {

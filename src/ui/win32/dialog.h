@@ -16,8 +16,9 @@ class Dialog {
 
  protected:
   Dialog() = default;
-  // The destructor of a derived class calls Destroy as long as it can handle messages.
-  virtual ~Dialog() = default;
+  // The destructor of a derived class calls Destroy as long as it can handle messages. A window
+  // that is left, because a derived constructor has thrown, goes without handling any more.
+  virtual ~Dialog();
 
   // Makes the window, invisible, as a child of `parent` or owned by it, as the style says.
   void Create(HINSTANCE module, HWND parent, DWORD style, DWORD extended_style,
@@ -34,11 +35,11 @@ class Dialog {
 };
 
 // A part of a window that holds controls and takes the size that it is given. What its controls
-// say goes on to the window.
+// say goes on to the window. It has no text, which screen readers would read.
 class Pane final : public Dialog {
  public:
   // `background` is a colour of the system, such as COLOR_WINDOW, whose text colour goes with it.
-  Pane(HINSTANCE module, HWND parent, const wchar_t* name, int background, int text_colour);
+  Pane(HINSTANCE module, HWND parent, int id, int background, int text_colour);
   ~Pane() override { Destroy(); }
 
  private:

@@ -1,5 +1,8 @@
 #include "ui/win32/progress_window.h"
 
+#include <algorithm>
+#include <string>
+
 #include "platform/windows/wide_text.h"
 #include "ui/win32/common_controls.h"
 #include "ui/win32/scaling.h"
@@ -15,7 +18,7 @@ constexpr int kWidth = 400;
 constexpr int kMargin = 14;
 constexpr int kGap = 8;
 constexpr int kBarHeight = 16;
-constexpr int kProcessLines = 2;
+constexpr int kLeastProcessLines = 2;
 
 constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_CLIPCHILDREN | DS_MODALFRAME;
 constexpr DWORD kExtendedStyle = WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW;
@@ -26,12 +29,14 @@ void SetText(HWND control, std::string_view text) {
 
 }  // namespace
 
-WindowsProgressWindow::WindowsProgressWindow(HINSTANCE module, ThreadMessageLoop& loop)
-    : loop_(loop), owner_(GetActiveWindow()) {
+WindowsProgressWindow::WindowsProgressWindow(HINSTANCE module, HWND owner, ThreadMessageLoop& loop,
+                                             Pause pause)
+    : loop_(loop), owner_(owner), pause_(pause) {
   const MonitorScaling scaling;
   const CommonControls controls(module);
   Create(module, owner_, kStyle, kExtendedStyle,
          WideFromUtf8(ProgressModel::kWindowCaption).c_str());
+  if (!window()) return;
   AddControls(module);
   Init(model_.caption_bold(), model_.caption_normal());
   SetResolution(ResolutionOf(window()));
@@ -41,12 +46,10 @@ WindowsProgressWindow::WindowsProgressWindow(HINSTANCE module, ThreadMessageLoop
 WindowsProgressWindow::~WindowsProgressWindow() { Destroy(); }
 
 void WindowsProgressWindow::AddControls(HINSTANCE module) {
-  frame1_.emplace(module, window(), L"", COLOR_WINDOW, COLOR_WINDOWTEXT);
-  SetWindowLongPtrW(frame1_->window(), GWLP_ID, kFrame1);
+  frame1_.emplace(module, window(), kFrame1, COLOR_WINDOW, COLOR_WINDOWTEXT);
   caption_bold_ = AddLabel(frame1_->window(), kLblCaptionBold, L"");
   caption_normal_ = AddLabel(frame1_->window(), kLblCaptionNormal, L"");
-  frame2_.emplace(module, window(), L"", COLOR_BTNFACE, COLOR_BTNTEXT);
-  SetWindowLongPtrW(frame2_->window(), GWLP_ID, kFrame2);
+  frame2_.emplace(module, window(), kFrame2, COLOR_BTNFACE, COLOR_BTNTEXT);
   process_ = AddLabel(frame2_->window(), kLblProcess, L"");
   bar_ = AddControl(frame2_->window(), PROGRESS_CLASSW, kProgressBar1, L"", PBS_SMOOTH);
   SendMessageW(bar_, PBM_SETRANGE32, static_cast<WPARAM>(model_.minimum()), model_.maximum());
@@ -55,11 +58,13 @@ void WindowsProgressWindow::AddControls(HINSTANCE module) {
 void WindowsProgressWindow::Init(std::string_view strCaptionBold,
                                  std::string_view strCaptionNormal) {
   model_.Init(strCaptionBold, strCaptionNormal);
+  if (!window()) return;
   SetText(caption_bold_, model_.caption_bold());
   SetText(caption_normal_, model_.caption_normal());
 }
 
 void WindowsProgressWindow::Show() {
+  if (!window()) return;
   {
     const MonitorScaling scaling;
     Centre(window(), owner_);
@@ -70,17 +75,21 @@ void WindowsProgressWindow::Show() {
 
 void WindowsProgressWindow::Process(std::string_view strProcess) {
   model_.Process(strProcess);
-  SetText(process_, model_.process());
-  RedrawWindow(window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  if (window()) {
+    SetText(process_, model_.process());
+    GrowForStep();
+    RedrawWindow(window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  }
   loop_.TakeTurn();
 }
 
 void WindowsProgressWindow::StopProgress() {
   constexpr DWORD kMillisecondsFull = 200;
   model_.StopProgress();
+  if (!window()) return;
   ShowBar();
   RedrawWindow(window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-  Sleep(kMillisecondsFull);
+  pause_(kMillisecondsFull);
 }
 
 INT_PTR WindowsProgressWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -95,6 +104,9 @@ INT_PTR WindowsProgressWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam
     case WM_MOUSEACTIVATE:
       SetWindowLongPtrW(window(), DWLP_MSGRESULT, MA_NOACTIVATE);
       return TRUE;
+    case WM_SYSCOLORCHANGE:
+      SendMessageW(bar_, message, wparam, lparam);
+      return FALSE;
     case WM_DPICHANGED:
       FollowResolution(HIWORD(wparam), *reinterpret_cast<const RECT*>(lparam));
       return TRUE;
@@ -131,6 +143,7 @@ void WindowsProgressWindow::SetResolution(int resolution) {
   SetFont(process_, normal.get());
   title_font_ = std::move(title);
   normal_font_ = std::move(normal);
+  process_lines_ = std::max(kLeastProcessLines, LinesOfStep());
   Arrange();
 }
 
@@ -141,20 +154,38 @@ void WindowsProgressWindow::FollowResolution(int resolution, const RECT& place) 
   InvalidateRect(window(), nullptr, TRUE);
 }
 
+int WindowsProgressWindow::InnerWidth() const { return FromScale(kWidth) - 2 * FromScale(kMargin); }
+
+int WindowsProgressWindow::LinesOfStep() const {
+  const std::wstring text = WideFromUtf8(model_.process());
+  return MeasureText(normal_font_.get(), text, InnerWidth()).cy / LineHeight(normal_font_.get());
+}
+
+// Steps name reports, whose names may be long. The window does not shrink again, lest it jump to
+// and fro.
+void WindowsProgressWindow::GrowForStep() {
+  const int lines = LinesOfStep();
+  if (lines <= process_lines_) return;
+  process_lines_ = lines;
+  const MonitorScaling scaling;
+  Arrange();
+}
+
 void WindowsProgressWindow::Arrange() {
   const int width = FromScale(kWidth);
   const int margin = FromScale(kMargin);
-  const int inner = width - 2 * margin;
+  const int inner = InnerWidth();
   const int title = LineHeight(title_font_.get());
   const int line = LineHeight(normal_font_.get());
   const int header = margin + title + FromScale(2) + line + margin;
   Place(frame1_->window(), 0, 0, width, header);
   Place(caption_bold_, margin, margin, inner, title);
   Place(caption_normal_, margin, margin + title + FromScale(2), inner, line);
-  const int bar_top = margin + kProcessLines * line + FromScale(kGap);
+  const int process = process_lines_ * line;
+  const int bar_top = margin + process + FromScale(kGap);
   const int rest = bar_top + FromScale(kBarHeight) + margin;
   Place(frame2_->window(), 0, header, width, rest);
-  Place(process_, margin, margin, inner, kProcessLines * line);
+  Place(process_, margin, margin, inner, process);
   Place(bar_, margin, bar_top, inner, FromScale(kBarHeight));
   SetClientSize(window(), {width, header + rest}, resolution_);
 }

@@ -14,11 +14,16 @@ namespace tessary::win32 {
 // close it. Its bar moves whenever the thread's messages are handled.
 class WindowsProgressWindow final : public ProgressWindow, private Dialog {
  public:
-  WindowsProgressWindow(HINSTANCE module, ThreadMessageLoop& loop);
+  // Lets the thread wait for some milliseconds.
+  using Pause = void(WINAPI*)(DWORD milliseconds);
+
+  // `owner` is the window that is worked for, null without one. When it goes before this window,
+  // or no window can be made, nothing more is shown.
+  WindowsProgressWindow(HINSTANCE module, HWND owner, ThreadMessageLoop& loop, Pause pause = Sleep);
   ~WindowsProgressWindow() override;
 
   void Init(std::string_view strCaptionBold, std::string_view strCaptionNormal) override;
-  // Centred on the window of the program that is active on this thread.
+  // Centred on the owner.
   void Show() override;
   // Paints the new text at once.
   void Process(std::string_view strProcess) override;
@@ -29,6 +34,10 @@ class WindowsProgressWindow final : public ProgressWindow, private Dialog {
   INT_PTR Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
   void AddControls(HINSTANCE module);
   void Arrange();
+  void GrowForStep();
+  // How many lines the step takes.
+  int LinesOfStep() const;
+  int InnerWidth() const;
   void SetResolution(int resolution);
   void FollowResolution(int resolution, const RECT& place);
   void ShowBar();
@@ -36,6 +45,8 @@ class WindowsProgressWindow final : public ProgressWindow, private Dialog {
 
   ThreadMessageLoop& loop_;
   HWND owner_;
+  Pause pause_;
+  int process_lines_ = 0;
   ProgressModel model_;
   int resolution_ = USER_DEFAULT_SCREEN_DPI;
   Font title_font_;

@@ -63,6 +63,10 @@ void ProtocolTreeView::SetResolution(HFONT font, int resolution) {
   SendMessageW(tips, TTM_SETDELAYTIME, TTDT_AUTOPOP, kTipMilliseconds);
 }
 
+int ProtocolTreeView::HeightOf(int rows) const {
+  return rows * TreeView_GetItemHeight(window_) + 2 * GetSystemMetrics(SM_CYEDGE);
+}
+
 LRESULT ProtocolTreeView::Notify(const NMHDR& notification) {
   if (notification.code == TVN_GETINFOTIPW) {
     GiveTip(*reinterpret_cast<NMTVGETINFOTIPW*>(const_cast<NMHDR*>(&notification)));

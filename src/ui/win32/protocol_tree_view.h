@@ -16,6 +16,8 @@ class ProtocolTreeView {
   void Create(HWND parent);
   HWND window() const { return window_; }
   void SetResolution(HFONT font, int resolution);
+  // The height in which so many rows can be seen.
+  int HeightOf(int rows) const;
 
   // Answers a notification of the control.
   LRESULT Notify(const NMHDR& notification);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 #include <string>
+#include <vector>
 
 #include "platform/windows/wide_text.h"
 #include "ui/win32/common_controls.h"
@@ -25,12 +26,42 @@ constexpr int kLineThickness = 2;
 constexpr int kLeastButtonWidth = 88;
 constexpr int kButtonHeight = 25;
 
-// In lines of the tree's font.
-constexpr int kLeastTreeLines = 8;
-constexpr int kFirstTreeLines = 15;
+constexpr int kLeastTreeRows = 6;
+constexpr int kFirstTreeRows = 12;
 
 constexpr DWORD kStyle =
     WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
+
+// While it lives, the windows that a thread shows cannot be used, except one. Without an owner
+// that would be the only way to keep the program from being used meanwhile.
+class OtherWindowsDisabled {
+ public:
+  OtherWindowsDisabled(HWND except, HWND owner) : except_(except) {
+    if (owner) Disable(owner, reinterpret_cast<LPARAM>(this));
+    EnumThreadWindows(GetCurrentThreadId(), Disable, reinterpret_cast<LPARAM>(this));
+  }
+  ~OtherWindowsDisabled() {
+    for (const HWND window : windows_) EnableWindow(window, TRUE);
+  }
+  OtherWindowsDisabled(const OtherWindowsDisabled&) = delete;
+  OtherWindowsDisabled& operator=(const OtherWindowsDisabled&) = delete;
+
+ private:
+  static BOOL CALLBACK Disable(HWND window, LPARAM object) {
+    auto& self = *reinterpret_cast<OtherWindowsDisabled*>(object);
+    if (window == self.except_ || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
+    try {
+      self.windows_.push_back(window);
+    } catch (...) {
+      return FALSE;  // no exception may pass through the system
+    }
+    EnableWindow(window, FALSE);
+    return TRUE;
+  }
+
+  HWND except_;
+  std::vector<HWND> windows_;
+};
 
 }  // namespace
 
@@ -51,10 +82,10 @@ ProtocolWindow::ProtocolWindow(HINSTANCE module, HWND owner, const ProtocolTree&
 ProtocolWindow::~ProtocolWindow() { Destroy(); }
 
 void ProtocolWindow::AddControls(HINSTANCE module) {
-  constexpr const wchar_t* kNames[kPanes] = {L"Pane A", L"Pane B", L"Pane C", L"Pane D", L"Pane E"};
   for (std::size_t i = 0; i < kPanes; ++i) {
     const bool title = i == kPaneA;
-    panes_[i].emplace(module, window(), kNames[i], title ? COLOR_WINDOW : COLOR_BTNFACE,
+    panes_[i].emplace(module, window(), kFirstPane + static_cast<int>(i),
+                      title ? COLOR_WINDOW : COLOR_BTNFACE,
                       title ? COLOR_WINDOWTEXT : COLOR_BTNTEXT);
   }
   const auto add_label = [this](PaneIndex pane, int id, std::string_view text) {
@@ -88,13 +119,12 @@ void ProtocolWindow::AddSteps(HWND pane) {
 
 void ProtocolWindow::ShowModal() {
   if (!window()) return;
-  const bool disable = owner_ && IsWindowEnabled(owner_);
-  if (disable) EnableWindow(owner_, FALSE);
-  ShowWindow(window(), SW_SHOW);
-  SetFocus(tree_.window());
-  RunLoop();
-  // Before the window goes, so that the system has an enabled window to activate.
-  if (disable) EnableWindow(owner_, TRUE);
+  {
+    const OtherWindowsDisabled disabled(window(), owner_);
+    ShowWindow(window(), SW_SHOW);
+    SetFocus(tree_.window());
+    RunLoop();
+  }  // Enabled before the window goes, so that the system has a window to activate.
   Destroy();
 }
 
@@ -110,14 +140,24 @@ void ProtocolWindow::RunLoop() {
   }
 }
 
+// What closes the window may have been sent by another thread: the loop, which waits for posted
+// messages only, is woken by an empty one.
+void ProtocolWindow::Close() {
+  closed_ = true;
+  PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
+}
+
 INT_PTR ProtocolWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_COMMAND:
-      if (LOWORD(wparam) == kCmdClose || LOWORD(wparam) == IDCANCEL) closed_ = true;
+      if (LOWORD(wparam) == kCmdClose || LOWORD(wparam) == IDCANCEL) Close();
       return TRUE;
     case WM_CLOSE:
-      closed_ = true;
+      Close();
       return TRUE;
+    case WM_DESTROY:
+      if (!closed_) Close();  // its owner goes
+      return FALSE;
     case WM_NOTIFY:
       SetWindowLongPtrW(window(), DWLP_MSGRESULT,
                         tree_.Notify(*reinterpret_cast<const NMHDR*>(lparam)));
@@ -168,7 +208,7 @@ void ProtocolWindow::SetResolution(int resolution) {
 void ProtocolWindow::SetFirstSize() {
   const int width = FromScale(kFirstWidth);
   const Heights heights = HeightsFor(width);
-  const int more = (kFirstTreeLines - kLeastTreeLines) * LineHeight(normal_font_.get());
+  const int more = tree_.HeightOf(kFirstTreeRows) - tree_.HeightOf(kLeastTreeRows);
   SetClientSize(window(), {width, std::accumulate(heights.begin(), heights.end(), more)},
                 resolution_);
 }
@@ -212,7 +252,7 @@ ProtocolWindow::Heights ProtocolWindow::HeightsFor(int width) const {
       MeasureText(normal_font_.get(), WideFromUtf8(guide_.introduction), width - 2 * margin).cy;
   const int steps = WalkSteps(width, [](int, int, int) {});
   return {2 * margin + title + kLineThickness,
-          margin + line + FromScale(kGap) + kLeastTreeLines * line, margin + introduction,
+          margin + line + FromScale(kGap) + tree_.HeightOf(kLeastTreeRows), margin + introduction,
           FromScale(kGap) + steps + margin,
           kLineThickness + 2 * margin + static_cast<int>(ButtonSize().cy)};
 }

@@ -19,8 +19,9 @@ class ProtocolWindow final : public Dialog {
   ProtocolWindow(HINSTANCE module, HWND owner, const ProtocolTree& tree, const RepairGuide& guide);
   ~ProtocolWindow() override;
 
-  // Returns when the window has been closed. Meanwhile its owner is disabled. A request to end the
-  // program closes it, too, and is left for the caller's own loop.
+  // Returns when the window has been closed. Meanwhile its owner and the other windows that the
+  // thread shows are disabled. A request to end the program closes it, too, and is left for the
+  // caller's own loop.
   void ShowModal();
 
  private:
@@ -35,6 +36,7 @@ class ProtocolWindow final : public Dialog {
   void LimitSize(MINMAXINFO& limits) const;
   void FollowResolution(int resolution, const RECT& place);
   void RunLoop();
+  void Close();
 
   // How high the panes are in a window of this width; the tree's pane as low as it may get.
   Heights HeightsFor(int width) const;

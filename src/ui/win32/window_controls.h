@@ -16,7 +16,7 @@ enum ProgressControl : int {
 };
 
 // The step numbers stand in a row from kLabel11 on, the texts from kStepText on and the paths,
-// except that of the step without one, from kStepPath on.
+// except that of the step without one, from kStepPath on; the panes A to E from kFirstPane on.
 enum ProtocolControl : int {
   kCmdClose = IDOK,
   kPicture1 = 200,
@@ -28,6 +28,7 @@ enum ProtocolControl : int {
   kStepText = kLabel11 + 5,
   kStepPath = kStepText + 5,
   kLine1 = kStepPath + 5,
+  kFirstPane,
 };
 
 }  // namespace tessary::win32

@@ -36,7 +36,15 @@ WindowsUserInterface::WindowsUserInterface(HINSTANCE module, std::string own_fol
 
 std::unique_ptr<ProgressWindow> WindowsUserInterface::CreateProgressWindow() {
   if (!IsInteractive()) return std::make_unique<NoProgressWindow>();
-  return std::make_unique<WindowsProgressWindow>(module_, loop_);
+  window_at_start_ = CallersWindow();
+  return std::make_unique<WindowsProgressWindow>(module_, window_at_start_, loop_);
+}
+
+HWND WindowsUserInterface::CallersWindow() const {
+  if (const HWND active = GetActiveWindow()) return active;
+  const bool is_there = IsWindowVisible(window_at_start_) &&
+                        GetWindowThreadProcessId(window_at_start_, nullptr) == GetCurrentThreadId();
+  return is_there ? window_at_start_ : nullptr;
 }
 
 Answer WindowsUserInterface::Ask(std::string_view question) {
@@ -44,7 +52,7 @@ Answer WindowsUserInterface::Ask(std::string_view question) {
   const MonitorScaling scaling;
   const CommonControls controls(module_);
   const std::wstring text = WideFromUtf8(question);
-  const int button = MessageBoxW(GetActiveWindow(), text.c_str(), L"",
+  const int button = MessageBoxW(CallersWindow(), text.c_str(), L"",
                                  MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON1 | MB_TASKMODAL);
   return button == IDYES ? Answer::kYes : Answer::kNo;
 }
@@ -54,7 +62,7 @@ void WindowsUserInterface::ShowErrorProtocol(const ResultDictionary& dictErrors,
   if (!IsInteractive()) return;
   const ProtocolTree tree(dictErrors, dictCorrect);
   const RepairGuide guide = protocol_window::RepairGuideOf(own_folder_);
-  ProtocolWindow(module_, GetActiveWindow(), tree, guide).ShowModal();
+  ProtocolWindow(module_, CallersWindow(), tree, guide).ShowModal();
 }
 
 }  // namespace tessary::win32

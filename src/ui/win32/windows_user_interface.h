@@ -24,10 +24,15 @@ class WindowsUserInterface final : public UserInterface {
   void RestoreMousePointer() override { pointer_.Restore(); }
 
  private:
+  // The window of the program that is active on this thread or, while another program's is in
+  // front, was so when the operation began; null when there is none.
+  HWND CallersWindow() const;
+
   HINSTANCE module_;
   std::string own_folder_;
   ThreadMessageLoop& loop_;
   OperationPointer pointer_;
+  HWND window_at_start_ = nullptr;
 };
 
 }  // namespace tessary::win32

@@ -8,6 +8,7 @@ namespace {
 constexpr UINT kCount = WM_APP;
 constexpr UINT kFlood = WM_APP + 1;
 int handled = 0;
+int filtered = 0;
 
 LRESULT CALLBACK HandleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (message != kCount && message != kFlood)
@@ -59,6 +60,25 @@ TEST_F(MessageLoopTest, TheEndOfTheProgramIsLeftForTheCaller) {
   ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
   EXPECT_EQ(message.message, UINT{WM_QUIT});
   EXPECT_EQ(message.wParam, 3u);
+}
+
+LRESULT CALLBACK TakeThreadMessages(int code, WPARAM wparam, LPARAM lparam) {
+  const auto& message = *reinterpret_cast<const MSG*>(lparam);
+  if (code != MSGF_USER || message.hwnd) return CallNextHookEx(nullptr, code, wparam, lparam);
+  ++filtered;
+  return TRUE;
+}
+
+TEST_F(MessageLoopTest, AFilterTakesMessagesToTheThread) {
+  const HHOOK filter =
+      SetWindowsHookExW(WH_MSGFILTER, TakeThreadMessages, nullptr, GetCurrentThreadId());
+  filtered = 0;
+  PostThreadMessageW(GetCurrentThreadId(), kCount, 0, 0);
+  PostMessageW(window_, kCount, 0, 0);
+  loop_.TakeTurn();
+  UnhookWindowsHookEx(filter);
+  EXPECT_EQ(filtered, 1);
+  EXPECT_EQ(handled, 1);
 }
 
 TEST_F(MessageLoopTest, AFloodOfMessagesDoesNotHoldTheWork) {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+#include <optional>
+
 #include "ui/win32/handles.h"
 #include "ui/win32/progress_window.h"
 #include "ui/win32/protocol_window.h"
@@ -19,10 +22,24 @@ void ExpectNoneLive() {
 
 HINSTANCE Own() { return GetModuleHandleW(nullptr); }
 
+void UseAll(ProgressWindow& window) {
+  window.Init("Berichtsvergleich", "List & Label");
+  window.Show();
+  window.Process("Berichtsdatei wird gelesen");
+  window.StopProgress();
+}
+
+// Whether a timer goes off on this thread within several of the bar's ticks.
+bool WaitForTimer() {
+  Sleep(10 * ProgressModel::kTickMilliseconds);
+  MSG message{};
+  return PeekMessageW(&message, nullptr, WM_TIMER, WM_TIMER, PM_REMOVE);
+}
+
 TEST(LiveHandles, AreGoneWithProgressWindows) {
   ThreadMessageLoop loop;
   for (int i = 0; i < kRounds; ++i) {
-    WindowsProgressWindow window(Own(), loop);
+    WindowsProgressWindow window(Own(), nullptr, loop);
     window.Init("Berichtsvergleich", "List & Label");
     window.Process("Berichtsdatei wird gelesen");
     EXPECT_GT(LiveHandles(HandleKind::kWindow), 0);
@@ -48,16 +65,46 @@ TEST(LiveHandles, AreGoneWithProtocolWindows) {
 TEST(LiveHandles, AreGoneWithTheirOwner) {
   const HWND owner = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10,
                                      nullptr, nullptr, Own(), nullptr);
-  SetActiveWindow(owner);
   {
     ThreadMessageLoop loop;
-    WindowsProgressWindow window(Own(), loop);
+    WindowsProgressWindow window(Own(), owner, loop);
     DestroyWindow(owner);
     EXPECT_EQ(LiveHandles(HandleKind::kWindow), 0);
-    window.Process("Berichtsdatei wird gelesen");
-    window.StopProgress();
+    UseAll(window);
   }
   ExpectNoneLive();
+}
+
+TEST(LiveHandles, NothingIsTakenForAWindowThatCannotBeMade) {
+  const HWND gone =
+      CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, Own(), nullptr);
+  DestroyWindow(gone);
+  ThreadMessageLoop loop;
+  WindowsProgressWindow window(Own(), gone, loop);
+  ExpectNoneLive();
+  UseAll(window);
+  EXPECT_FALSE(WaitForTimer()) << "a timer without a window";
+}
+
+class UnfinishedWindow final : public Dialog {
+ public:
+  UnfinishedWindow() {
+    Create(Own(), nullptr, WS_POPUP | WS_CAPTION, 0, L"Unfertig");
+    pane_.emplace(Own(), window(), 1, COLOR_WINDOW, COLOR_WINDOWTEXT);
+    throw std::bad_alloc();
+  }
+  ~UnfinishedWindow() override { Destroy(); }
+
+ private:
+  INT_PTR Handle(UINT, WPARAM, LPARAM) override { return FALSE; }
+
+  std::optional<Pane> pane_;
+};
+
+TEST(LiveHandles, AreGoneWhenAWindowFailsHalfMade) {
+  EXPECT_THROW(UnfinishedWindow(), std::bad_alloc);
+  ExpectNoneLive();
+  EXPECT_FALSE(FindWindowW(nullptr, L"Unfertig"));
 }
 
 }  // namespace

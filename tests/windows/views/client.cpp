@@ -27,7 +27,13 @@ LRESULT CALLBACK Hear(int code, WPARAM wparam, LPARAM lparam) {
     const int id = GetDlgCtrlID(sent.hwnd);
     if (id == kLblProcess) hearing->steps.push_back(text);
     if (id == kLblCaptionBold) hearing->titles.push_back(text);
-    if (!GetParent(sent.hwnd) || GetWindow(sent.hwnd, GW_OWNER)) hearing->captions.push_back(text);
+    if (!GetParent(sent.hwnd) || GetWindow(sent.hwnd, GW_OWNER)) {
+      hearing->captions.push_back(text);
+      hearing->pointer_at[text] = GetCursor();
+    }
+  }
+  if (code == HC_ACTION && sent.message == WM_SYSCOLORCHANGE) {
+    hearing->colours.push_back(GetDlgCtrlID(sent.hwnd));
   }
   if (code == HC_ACTION && sent.message == PBM_SETPOS) HearPosition(static_cast<int>(sent.wParam));
   return CallNextHookEx(nullptr, code, wparam, lparam);

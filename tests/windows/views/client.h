@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <thread>
@@ -17,9 +18,11 @@ namespace tessary::win32 {
 struct Heard {
   std::vector<std::string> titles;  // of the progress window, the bold line
   std::vector<std::string> steps;
-  std::vector<int> bar;               // positions that stayed
-  std::vector<HCURSOR> pointers;      // what the pointer was when the bar moved
-  std::vector<std::string> captions;  // of all windows
+  std::vector<int> bar;                       // positions that stayed
+  std::vector<HCURSOR> pointers;              // what the pointer was when the bar moved
+  std::vector<std::string> captions;          // of all windows
+  std::map<std::string, HCURSOR> pointer_at;  // what it was when a window got this caption
+  std::vector<int> colours;  // the numbers of the controls that heard of new colours
 };
 
 class Client {

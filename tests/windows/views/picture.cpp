@@ -1,3 +1,4 @@
+#include <gtest/gtest.h>
 #include <wincodec.h>
 
 #include "com/com_ptr.h"
@@ -24,7 +25,7 @@ HBITMAP Photograph(HWND window) {
   return bitmap;
 }
 
-void Write(HBITMAP bitmap, const std::wstring& path) {
+bool Write(HBITMAP bitmap, const std::wstring& path) {
   using com::ComPtr;
   ComPtr<IWICImagingFactory> factory;
   ComPtr<IWICBitmap> source;
@@ -33,7 +34,7 @@ void Write(HBITMAP bitmap, const std::wstring& path) {
   ComPtr<IWICBitmapFrameEncode> frame;
   if (FAILED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
                               __uuidof(IWICImagingFactory), factory.PutVoid()))) {
-    return;
+    return false;
   }
   factory->CreateBitmapFromHBITMAP(bitmap, nullptr, WICBitmapIgnoreAlpha, source.Put());
   factory->CreateStream(stream.Put());
@@ -42,9 +43,8 @@ void Write(HBITMAP bitmap, const std::wstring& path) {
   encoder->Initialize(stream.get(), WICBitmapEncoderNoCache);
   encoder->CreateNewFrame(frame.Put(), nullptr);
   frame->Initialize(nullptr);
-  frame->WriteSource(source.get(), nullptr);
-  frame->Commit();
-  encoder->Commit();
+  return SUCCEEDED(frame->WriteSource(source.get(), nullptr)) && SUCCEEDED(frame->Commit()) &&
+         SUCCEEDED(encoder->Commit());
 }
 
 }  // namespace
@@ -57,7 +57,7 @@ void SavePicture(HWND window, const std::string& name) {
   Sleep(100);  // until the screen shows it
   const HBITMAP bitmap = Photograph(window);
   CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-  Write(bitmap, folder + L"\\" + WideFromUtf8(file));
+  EXPECT_TRUE(Write(bitmap, folder + L"\\" + WideFromUtf8(file))) << file;
   CoUninitialize();
   DeleteObject(bitmap);
 }

@@ -1,10 +1,17 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <set>
 
 #include "ui/win32/window_controls.h"
 #include "windows/views/client.h"
 #include "windows/views/window_reader.h"
+
+// The second needs the first.
+// clang-format off
+#include "platform/windows/system_headers.h"
+#include <tlhelp32.h>
+// clang-format on
 
 namespace tessary::win32 {
 namespace {
@@ -12,6 +19,7 @@ namespace {
 using testing::Contains;
 using testing::Each;
 using testing::EndsWith;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -34,9 +42,10 @@ Seen LookUntilGone(HWND window, const Client& client) {
     if (text.empty()) return !IsWindow(window);  // it has gone since
     seen.steps.insert(text);
     seen.bar.insert(SendMessageW(bar, PBM_GETPOS, 0, 0));
-    const HWND active = client.Active();
-    if (active != client.window()) seen.client_stayed_active = !IsWindow(window);
-    return !IsWindow(window);
+    const bool active = client.Active() == client.window() && client.Focus() == client.window();
+    const bool gone = !IsWindow(window);
+    seen.client_stayed_active = seen.client_stayed_active && (active || gone);
+    return gone;
   });
   return seen;
 }
@@ -55,6 +64,13 @@ TEST(ProgressWindow, ShowsTitleStepsAndMovingBarWhileReportsAreConverted) {
   WaitUntil([bar] { return !IsWindow(bar) || SendMessageW(bar, PBM_GETPOS, 0, 0) > 10; });
   SavePicture(window, "progress");
   EXPECT_THAT(ClippedTexts(window), IsEmpty());
+  const int resolution = SystemResolution();
+  EXPECT_EQ(FontNameOf(ControlOf(window, kLblCaptionBold)), "Tahoma bold");
+  EXPECT_EQ(FontHeightOf(ControlOf(window, kLblCaptionBold)), MulDiv(39, resolution, 288));
+  for (const int id : {kLblCaptionNormal + 0, kLblProcess + 0}) {
+    EXPECT_EQ(FontNameOf(ControlOf(window, id)), "Tahoma");
+    EXPECT_EQ(FontHeightOf(ControlOf(window, id)), MulDiv(33, resolution, 288));
+  }
   const Seen seen = LookUntilGone(window, client);
   const Heard& heard = client.Join();
   EXPECT_TRUE(succeeded);
@@ -90,6 +106,81 @@ TEST(ProgressWindow, NamesEveryStepAndGoesRoundUntilItIsFull) {
   EXPECT_EQ(heard.bar.back(), 100);
   EXPECT_THAT(heard.pointers, Contains(LoadCursorW(nullptr, IDC_WAIT)));
   EXPECT_EQ(after, own) << "the pointer is given back";
+}
+
+TEST(ProgressWindow, HourglassStaysOverTheClientsWindow) {
+  const ReportFolders folders(kReports);
+  Client client([&](Client& self) {
+    SetCursor(LoadCursorW(nullptr, IDC_CROSS));
+    self.ConvertReports(folders.differences(), folders.reports());
+  });
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  const HWND clients = client.window();
+  // The system sends this when the mouse moves; the window answers by setting its own pointer.
+  while (IsWindow(window)) {
+    SendMessageW(clients, WM_SETCURSOR, reinterpret_cast<WPARAM>(clients),
+                 MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    Sleep(10);
+  }
+  const std::vector<HCURSOR> pointers = client.Join().pointers;
+  const HCURSOR hourglass = LoadCursorW(nullptr, IDC_WAIT);
+  const auto first = std::find(pointers.begin(), pointers.end(), hourglass);
+  ASSERT_NE(first, pointers.end());
+  EXPECT_THAT(std::vector<HCURSOR>(first, pointers.end()), Each(hourglass));
+}
+
+TEST(ProgressWindow, TellsItsBarOfNewColours) {
+  const ReportFolders folders(kReports);
+  Client client(
+      [&](Client& self) { self.ConvertReports(folders.differences(), folders.reports()); });
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  SendMessageW(window, WM_SYSCOLORCHANGE, 0, 0);
+  EXPECT_THAT(client.Join().colours, Contains(int{kProgressBar1}));
+}
+
+TEST(ProgressWindow, LeavesARequestToEndTheProgramToTheClient) {
+  const ReportFolders folders(kReports);
+  bool succeeded = false;
+  MSG last{};
+  Client client([&](Client& self) {
+    succeeded = self.ConvertReports(folders.differences(), folders.reports());
+    while (PeekMessageW(&last, nullptr, 0, 0, PM_REMOVE) && last.message != WM_QUIT) {
+      DispatchMessageW(&last);
+    }
+  });
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  PostThreadMessageW(client.thread_id(), WM_QUIT, 17, 0);
+  client.Join();
+  EXPECT_TRUE(succeeded);
+  EXPECT_EQ(last.message, UINT{WM_QUIT});
+  EXPECT_EQ(last.wParam, 17u);
+}
+
+// The paths of the modules of this process that have this name, in small letters.
+std::vector<std::wstring> LoadedModules(const std::wstring& name) {
+  std::vector<std::wstring> paths;
+  const HANDLE modules = CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, GetCurrentProcessId());
+  MODULEENTRY32W entry{};
+  entry.dwSize = sizeof entry;
+  for (BOOL more = Module32FirstW(modules, &entry); more; more = Module32NextW(modules, &entry)) {
+    if (CompareStringOrdinal(entry.szModule, -1, name.c_str(), -1, TRUE) != CSTR_EQUAL) continue;
+    CharLowerW(entry.szExePath);
+    paths.emplace_back(entry.szExePath);
+  }
+  CloseHandle(modules);
+  return paths;
+}
+
+TEST(ProgressWindow, IsMadeOfTheNewerCommonControls) {
+  const ReportFolders folders(kReports);
+  EXPECT_THAT(LoadedModules(L"comctl32.dll"), IsEmpty()) << "this program does without them";
+  Client client(
+      [&](Client& self) { self.ConvertReports(folders.differences(), folders.reports()); });
+  ASSERT_TRUE(WaitForWindow(kCaption));
+  EXPECT_THAT(LoadedModules(L"comctl32.dll"), Contains(HasSubstr(L"\\winsxs\\")));
 }
 
 TEST(ProgressWindow, IsCentredOnTheClientAndCannotBeClosed) {

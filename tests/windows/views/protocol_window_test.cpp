@@ -15,7 +15,7 @@ using testing::IsEmpty;
 using testing::Not;
 
 constexpr wchar_t kCaption[] = L"TALVERO Fehlerprotokoll";
-constexpr const char* kPaneNames[] = {"Pane A", "Pane B", "Pane C", "Pane D", "Pane E"};
+constexpr int kPanes = 5;
 
 // A client that converts one report and then fails at one whose name is long.
 class ProtocolWindow : public testing::Test {
@@ -41,9 +41,6 @@ class ProtocolWindow : public testing::Test {
   static void Close(HWND window) {
     PostMessageW(window, WM_CLOSE, 0, 0);
     EXPECT_TRUE(WaitUntilGone(window));
-  }
-  static HWND PaneOf(HWND window, const char* name) {
-    return FindWindowExW(window, nullptr, nullptr, WideFromUtf8(name).c_str());
   }
   static HTREEITEM FirstFailed(HWND tree) {
     const auto next = [tree](WPARAM relation, LPARAM item) {
@@ -104,6 +101,24 @@ TEST_F(ProtocolWindow, ShowsEveryTextAndNode) {
   Expand(tree);
   SavePicture(window, "protocol");
   Close(window);
+}
+
+TEST_F(ProtocolWindow, HasTheArrowAndGivesTheClientsPointerBack) {
+  const HCURSOR own = LoadCursorW(nullptr, IDC_CROSS);
+  HCURSOR after = nullptr;
+  Client client([&](Client& self) {
+    SetCursor(own);
+    FailAt(self, 1);
+    after = GetCursor();
+  });
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  SendMessageW(window, WM_SYSCOLORCHANGE, 0, 0);
+  Close(window);
+  const Heard& heard = client.Join();
+  EXPECT_EQ(heard.pointer_at.at("TALVERO Fehlerprotokoll"), LoadCursorW(nullptr, IDC_ARROW));
+  EXPECT_EQ(after, own);
+  EXPECT_THAT(heard.colours, Contains(int{kTreeView1})) << "the tree is told of new colours";
 }
 
 TEST_F(ProtocolWindow, HasTheNamedFonts) {
@@ -186,16 +201,18 @@ TEST_F(ProtocolWindow, PanesKeepOneCommonWidth) {
     SetWindowPos(window, nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER);
     const SIZE inside = ClientSizeOf(window);
     LONG height = 0;
-    for (const char* name : kPaneNames) {
-      const SIZE pane = ClientSizeOf(PaneOf(window, name));
-      EXPECT_EQ(pane.cx, inside.cx) << name;
-      height += pane.cy;
+    for (int i = 0; i < kPanes; ++i) {
+      const HWND pane = GetDlgItem(window, kFirstPane + i);
+      EXPECT_EQ(ClientSizeOf(pane).cx, inside.cx) << i;
+      EXPECT_EQ(TextOf(pane), "") << "screen readers would read it";
+      height += ClientSizeOf(pane).cy;
     }
     EXPECT_EQ(height, inside.cy);
     EXPECT_THAT(ClippedTexts(window), IsEmpty()) << size.cx << " x " << size.cy;
   }
   EXPECT_GE(ClientSizeOf(window).cx, 400 * SystemResolution() / 96) << "the least width";
-  EXPECT_GE(ClientSizeOf(ControlOf(window, kTreeView1)).cy, 60 * SystemResolution() / 96);
+  // The scroll bar below them may take the place of one row.
+  EXPECT_GE(ClientSizeOf(ControlOf(window, kTreeView1)).cy, 5 * 20 * SystemResolution() / 96);
   SavePicture(window, "protocol-smallest");
   Close(window);
 }
@@ -289,6 +306,100 @@ TEST_F(ProtocolWindow, IsNotShownForSuccessesAlone) {
   EXPECT_TRUE(succeeded);
   EXPECT_THAT(heard.captions, Contains("Bitte warten ..."));
   EXPECT_THAT(heard.captions, Not(Contains("TALVERO Fehlerprotokoll")));
+}
+
+// A window of another thread that comes in front of the client's, as another program's would.
+class WindowInFront {
+ public:
+  WindowInFront() { SetForegroundWindow(window_); }
+  ~WindowInFront() { DestroyWindow(window_); }
+  WindowInFront(const WindowInFront&) = delete;
+  WindowInFront& operator=(const WindowInFront&) = delete;
+
+ private:
+  HWND window_ = CreateWindowExW(0, L"STATIC", L"Anderes Programm", WS_POPUP | WS_VISIBLE, 0, 0,
+                                 200, 100, nullptr, nullptr, nullptr, nullptr);
+};
+
+TEST_F(ProtocolWindow, IsModalToTheClientsWindowThatWasActiveWhenTheOperationBegan) {
+  PutFile(folders_ / "Datei", "x");
+  BOOL enabled_after = FALSE;
+  Client client([&](Client& self) {
+    self.ConvertReport(folders_.report(1), folders_ / "fehlt", folders_ / "Datei/Sicherung");
+    enabled_after = IsWindowEnabled(self.window());
+  });
+  const HWND question = WaitForQuestion();
+  ASSERT_TRUE(question);
+  const WindowInFront other;
+  ASSERT_TRUE(WaitUntil([&] { return client.Active() == nullptr; }));
+  PostMessageW(GetDlgItem(question, IDYES), BM_CLICK, 0, 0);
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  EXPECT_EQ(GetWindow(window, GW_OWNER), client.window());
+  EXPECT_FALSE(IsWindowEnabled(client.window()));
+  Close(window);
+  client.Join();
+  EXPECT_TRUE(enabled_after);
+}
+
+TEST_F(ProtocolWindow, DisablesTheThreadsWindowsWhenNoneIsActive) {
+  const HANDLE in_front = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  HWND disabled_before = nullptr;
+  BOOL enabled_after = FALSE;
+  BOOL disabled_after = FALSE;
+  Client client([&](Client& self) {
+    disabled_before =
+        CreateWindowExW(0, L"STATIC", L"Gesperrt", WS_POPUP | WS_VISIBLE | WS_DISABLED, 0, 0, 50,
+                        50, nullptr, nullptr, nullptr, nullptr);
+    WaitForSingleObject(in_front, kPatience);
+    WaitUntil([] {
+      MSG message{};
+      while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+      return GetActiveWindow() == nullptr;
+    });
+    FailAt(self, 1);
+    enabled_after = IsWindowEnabled(self.window());
+    disabled_after = !IsWindowEnabled(disabled_before);
+    DestroyWindow(disabled_before);
+  });
+  const WindowInFront other;
+  SetEvent(in_front);
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  EXPECT_FALSE(IsWindowEnabled(client.window()));
+  EXPECT_TRUE(IsWindowEnabled(window));
+  Close(window);
+  client.Join();
+  CloseHandle(in_front);
+  EXPECT_TRUE(enabled_after);
+  EXPECT_TRUE(disabled_after) << "was so before";
+}
+
+TEST_F(ProtocolWindow, ReturnsWhenAnotherThreadSendsTheRequestToClose) {
+  Client client([&](Client& self) { FailAt(self, 1); });
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  ASSERT_TRUE(WaitUntil([&] { return client.Focus() == ControlOf(window, kTreeView1); }));
+  DWORD_PTR answer = 0;
+  EXPECT_TRUE(SendMessageTimeoutW(window, WM_CLOSE, 0, 0, SMTO_NORMAL, kPatience, &answer));
+  EXPECT_TRUE(WaitUntilGone(window));
+}
+
+TEST_F(ProtocolWindow, ReturnsWhenItsOwnerIsDestroyed) {
+  bool returned = false;
+  Client client([&](Client& self) {
+    FailAt(self, 1);
+    returned = true;
+  });
+  const HWND window = WaitForWindow(kCaption);
+  ASSERT_TRUE(window);
+  ASSERT_TRUE(WaitUntil([&] { return client.Focus() == ControlOf(window, kTreeView1); }));
+  DWORD_PTR answer = 0;
+  EXPECT_TRUE(
+      SendMessageTimeoutW(client.window(), WM_CLOSE, 0, 0, SMTO_NORMAL, kPatience, &answer));
+  EXPECT_FALSE(IsWindow(window));
+  client.Join();
+  EXPECT_TRUE(returned);
 }
 
 // The state of the program's own message loop when it is asked to end meanwhile.

@@ -4,6 +4,7 @@
 
 #include "platform/windows/wide_text.h"
 #include "support/run_program.h"
+#include "windows/component.h"
 #include "windows/views/window_reader.h"
 
 namespace tessary::win32 {
@@ -59,10 +60,19 @@ TEST(ScaledProcess, HasTheSameWindowsAtTwiceTheSize) {
   constexpr int kResolution = 192;
   const SystemResolutionSetting setting(kResolution);
   ASSERT_EQ(RunProgram({OwnPath(), {"--resolution"}}).exit_code, kResolution);
+  const std::wstring folder = com::NativePath(TESSARY_PICTURES) + L"\\";
+  const wchar_t* const pictures[] = {L"progress-192.png", L"protocol-192.png",
+                                     L"protocol-smallest-192.png", L"question-192.png",
+                                     L"question-report-192.png"};
+  for (const wchar_t* picture : pictures) DeleteFileW((folder + picture).c_str());
   const ProgramResult run = RunProgram(
       {OwnPath(),
        {"--gtest_filter=ProgressWindow.Shows*:ProtocolWindow.*:Answers/Question.*/Yes"}});
   EXPECT_EQ(run.exit_code, 0) << run.out;
+  for (const wchar_t* picture : pictures) {
+    EXPECT_NE(GetFileAttributesW((folder + picture).c_str()), INVALID_FILE_ATTRIBUTES)
+        << Utf8FromWide(picture);
+  }
 }
 
 }  // namespace
