@@ -88,7 +88,8 @@ std::optional<OverlayFiles::File> OverlayFiles::Find(const std::string& path) {
 OverlayFiles::File OverlayFiles::Existing(const std::string& path) {
   if (auto file = Find(path)) return *std::move(file);
   // The file system below says best what is wrong with the path.
-  if (!names_.contains(Normalised(path))) base_.OpenForReading(path);
+  const std::string name = Normalised(path);
+  if (!names_.contains(name) && !folders_.contains(ParentFolderOf(name))) base_.OpenForReading(path);
   throw Failure(kFileNotFound);
 }
 

@@ -62,6 +62,7 @@ TEST_F(OverlayFilesTest, AFolderCanBeCreatedAndFilled) {
   files_.CreateFolder("/repBak");
   EXPECT_TRUE(files_.FolderExists("/repBak/"));
   EXPECT_FALSE(base_.FolderExists("/repBak"));
+  EXPECT_EQ(FailureNumber([&] { files_.OpenForReading("/repBak/b.lst"); }), kFileNotFound);
   files_.CopyFile("/rep/b.lst", "/repBak/b.lst");
   EXPECT_EQ(files_.ListFiles("/repBak"), Names{"b.lst"});
   EXPECT_TRUE(files_.SameContents("/rep/b.lst", "/repBak/b.lst"));

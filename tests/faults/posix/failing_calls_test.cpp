@@ -26,7 +26,7 @@ struct Watched {
 int RunWith(const FaultWorld& world, const FaultOperation& operation, int n, int error,
             Watched& run) {
   run.user.AnswerAlways(Answer::kYes);
-  BXConvertLLMgr manager(run.log, {SystemFiles(), run.user, nullptr, &run.user, {1}});
+  BXConvertLLMgr manager(run.log, {SystemFiles(), run.user, nullptr, &run.user, nullptr, {1}});
   system_calls::WatchAndFail(n, error);
   run.result = operation.run(world, manager);
   return system_calls::Stop();

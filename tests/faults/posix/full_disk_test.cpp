@@ -78,7 +78,7 @@ TEST_P(FullDiskTest, LosesNothing) {
       ResultLog log;
       RecordingUser user;
       user.AnswerAlways(Answer::kYes);
-      BXConvertLLMgr manager(log, {SystemFiles(), user, nullptr, &user, {1}});
+      BXConvertLLMgr manager(log, {SystemFiles(), user, nullptr, &user, nullptr, {1}});
       const bool result = GetParam().run(world, manager);
       const bool asked = !user.Questions().empty();
       EXPECT_TRUE(result || asked || log.dictErrors.Count() > 0) << "nobody is told";

@@ -15,7 +15,7 @@ namespace {
 bool RunHere(const FaultWorld& world, const FaultOperation& operation) {
   ResultLog log;
   RecordingUser user;
-  BXConvertLLMgr manager(log, {SystemFiles(), user, nullptr, &user, {1}});
+  BXConvertLLMgr manager(log, {SystemFiles(), user, nullptr, &user, nullptr, {1}});
   return operation.run(world, manager);
 }
 

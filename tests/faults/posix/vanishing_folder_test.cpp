@@ -23,7 +23,7 @@ bool RunWithout(const FaultWorld& world, const std::string& folder, int n, Resul
     if (files.CountCalls() == n) fs::rename(world.In(folder), world.In("weg"));
   });
   user.AnswerAlways(Answer::kYes);
-  BXConvertLLMgr manager(log, {files, user, nullptr, &user, {1}});
+  BXConvertLLMgr manager(log, {files, user, nullptr, &user, nullptr, {1}});
   system_calls::Watch();
   result = manager.ConvertReports(world.In("diff"), world.In("R"), "");
   system_calls::Stop();
