@@ -46,6 +46,15 @@ std::string TextOf(const fs::path& path) {
   return std::string(text.begin(), text.end());
 }
 
+std::vector<std::string> FileNamesIn(const std::string& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(LibraryPath(folder))) {
+    if (entry.is_regular_file()) names.push_back(TextOf(entry.path().filename()));
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
 void PutFile(const std::string& path, std::string_view contents) {
   std::ofstream file(LibraryPath(path), std::ios::binary | std::ios::trunc);
   file.write(contents.data(), static_cast<std::streamsize>(contents.size()));

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tessary {
 
@@ -27,7 +28,8 @@ class TemporaryFolder {
 std::filesystem::path LibraryPath(std::string_view path);
 std::string TextOf(const std::filesystem::path& path);
 
-// Files on the disk, without the code under test.
+// Files on the disk, without the code under test. The names are in order.
+std::vector<std::string> FileNamesIn(const std::string& folder);
 void PutFile(const std::string& path, std::string_view contents);
 std::string GetFile(const std::string& path);
 

@@ -173,10 +173,10 @@ TEST_F(SystemFilesTest, ReplacingWithoutCommitLeavesNothing) {
   for (const std::string& target : {path, folder_ / "new"}) {
     const auto replacement = files_.OpenForReplacing(target);
     replacement->Write(std::string(1'000'000, 'x'));
-    EXPECT_EQ(AllNames().size(), 2u);
+    EXPECT_EQ(FileNamesIn(folder_.path()).size(), 2u);
   }
   EXPECT_EQ(GetFile(path), "old");
-  EXPECT_EQ(AllNames(), Names{"a"});
+  EXPECT_EQ(FileNamesIn(folder_.path()), Names{"a"});
 }
 
 TEST_F(SystemFilesTest, ReplacingTakesPiecesOfEverySize) {

@@ -51,7 +51,7 @@ class DeadRunTest : public testing::Test {
   const std::string report_ = folder_ / "Größe.lst";
   const std::string backup_ = folder_ / "~tessary-Größe.lst.~old";
 
-  std::vector<std::string> Names() { return files_.ListFiles(folder_.path()); }
+  std::vector<std::string> Names() { return FileNamesIn(folder_.path()); }
 };
 
 TEST_F(DeadRunTest, ABackupOfAMissingFileGetsItsNameBack) {
