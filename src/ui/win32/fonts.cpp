@@ -1,5 +1,7 @@
 #include "ui/win32/fonts.h"
 
+#include <algorithm>
+
 namespace tessary::win32 {
 namespace {
 
@@ -51,10 +53,8 @@ SIZE MeasureText(HFONT font, const std::wstring& text, int width) {
 }
 
 int LineHeight(HFONT font) {
-  const FontInUse in_use(font);
-  TEXTMETRICW metrics{};
-  GetTextMetricsW(in_use.device(), &metrics);
-  return metrics.tmHeight;
+  constexpr int kAnyWidth = 1000;
+  return std::max(1, static_cast<int>(MeasureText(font, L"X", kAnyWidth).cy));
 }
 
 }  // namespace tessary::win32
