@@ -31,6 +31,15 @@ struct DiffLine {
   std::array<std::string, 9> storage;  // for fields that had to be changed
 };
 
+// False for a line that cannot have a status, which its beginning shows of most. Tabs do not count.
+inline bool MayHaveStatus(std::string_view line) {
+  const auto letter = line.find_first_not_of(' ');
+  if (letter == std::string_view::npos) return false;
+  if (line[letter] != 'D' && line[letter] != 'N' && line[letter] != 'U') return false;
+  const auto next = line.find_first_not_of(" \t", letter + 1);
+  return next != std::string_view::npos && (line[next] == ';' || line[next] == '(');
+}
+
 // Takes a line apart. A line without a description, or with one of an unknown letter, is its own
 // text with status bxsUnknown; a description without exactly nine fields gives empty fields.
 void DiffTextToElement(std::string_view line, DiffLine& result);
