@@ -14,9 +14,9 @@
 
 #include "engine/find_element.h"
 #include "engine/level_basis.h"
+#include "engine/section_text.h"
 #include "platform/failure.h"
 #include "platform/text.h"
-#include "report/section_text.h"
 
 namespace tessary {
 namespace {

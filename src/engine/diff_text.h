@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "engine/element.h"
+#include "platform/text.h"
 
 // The description that a difference file puts in front of a line: status letter, nine labelled
 // fields and a semicolon, "N(Key=:Typ=:PrevName=Width:...:PosNr=);".
@@ -33,10 +34,9 @@ struct DiffLine {
 
 // False for a line that cannot have a status, which its beginning shows of most. Tabs do not count.
 inline bool MayHaveStatus(std::string_view line) {
-  const auto letter = line.find_first_not_of(' ');
-  if (letter == std::string_view::npos) return false;
-  if (line[letter] != 'D' && line[letter] != 'N' && line[letter] != 'U') return false;
-  const auto next = line.find_first_not_of(" \t", letter + 1);
+  line = TrimLeadingBlanks(line);
+  if (line.empty() || (line[0] != 'D' && line[0] != 'N' && line[0] != 'U')) return false;
+  const auto next = line.find_first_not_of(" \t", 1);
   return next != std::string_view::npos && (line[next] == ';' || line[next] == '(');
 }
 

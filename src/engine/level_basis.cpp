@@ -95,9 +95,13 @@ void BXLevelBasis::FollowLast(Element& element) {
 // now.
 void BXLevelBasis::NumberRun(std::int32_t last, Element& element) {
   const Symbol previous = m_aElement->Row(last).key[bxeaPosNr];
-  const std::int32_t number = previous == Symbol::kEmpty ? 1 : NumberOf(pool().Text(previous));
+  const std::int32_t number = previous == Symbol::kEmpty      ? 1
+                              : previous == last_number_text_ ? last_number_
+                                                              : NumberOf(pool().Text(previous));
   if (number == INT32_MAX) throw Failure(kOverflow);
-  element.key[bxeaPosNr] = pool().InternNumber(number + 1);
+  last_number_ = number + 1;
+  last_number_text_ = pool().InternNumber(last_number_);
+  element.key[bxeaPosNr] = last_number_text_;
   if (previous == Symbol::kEmpty) m_aElement->SetText(last, bxeaPosNr, pool().InternNumber(1));
 }
 

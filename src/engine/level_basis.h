@@ -122,6 +122,9 @@ class BXLevelBasis final : public Level {
   BeforeInsertHandler* before_insert_ = nullptr;
   BeforeInsertHandler* insertion_observer_ = nullptr;
   FoundField found_field_;
+  // The number of the element added last to a run, as text and as it is.
+  Symbol last_number_text_ = Symbol::kEmpty;
+  std::int32_t last_number_ = 0;
 };
 
 }  // namespace tessary

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "report/section_text.h"
+#include "engine/section_text.h"
 
 namespace tessary {
 
@@ -21,9 +21,7 @@ bool BXLevel1::IsLayerProperty() {
   });
 }
 
-bool BXLevel1::IsVariableProperty(std::string_view strName) {
-  return IsComputed(strName, 1);
-}
+bool BXLevel1::IsVariableProperty(std::string_view strName) { return IsComputed(strName, 1); }
 
 void BXLevel1::UpdateVariableNumbers() {
   InProcedure("UpdateVariableNumbers").Run([&] {

@@ -1,7 +1,7 @@
 #include "levels/level_base.h"
 
+#include "engine/section_text.h"
 #include "levels/section_reader.h"
-#include "report/section_text.h"
 
 namespace tessary {
 namespace {

@@ -1,16 +1,16 @@
 // One pass over the text: a line of the list's own level becomes an element, the lines up to the
-// next one are its contents. Of these only the properties are looked at that may hold the key or the
-// type of the element.
+// next one are its contents. Of these only the properties are looked at that may hold the key or
+// the type of the element.
 
 #include "levels/section_reader.h"
 
 #include <string>
 
 #include "engine/diff_text.h"
+#include "engine/section_text.h"
 #include "levels/level_base.h"
 #include "levels/owner_fields.h"
 #include "report/line_syntax.h"
-#include "report/section_text.h"
 
 namespace tessary {
 namespace {
@@ -56,7 +56,6 @@ class SectionReader {
     owner_fields_.Set(elements, pool.Intern(found->owner), found->field,
                       pool.Intern(SplitProperty(text).strValue));
   }
-
 
   LevelBase& list_;
   const std::int32_t level_;

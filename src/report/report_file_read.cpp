@@ -3,13 +3,13 @@
 // one level up whenever the level is not that of the line before; these references are never
 // cleared, so a line after a double "{" may hang below an older section.
 
+#include "engine/section_text.h"
 #include "levels/level_base.h"
 #include "levels/report_format.h"
 #include "levels/section_reader.h"
 #include "platform/failure.h"
 #include "report/line_syntax.h"
 #include "report/report_file.h"
-#include "report/section_text.h"
 
 namespace tessary {
 namespace {
@@ -70,7 +70,8 @@ void BXReportFile::CheckLine(std::string_view strLine, BXLineType& lineType) {
 std::int64_t BXReportFile::AddLines(std::string_view strLines) {
   std::int64_t count = 0;
   const Ref<Level> top = context_->CreateLevel(0);
-  const std::int32_t level = ReadSection(static_cast<LevelBase&>(*top), strLines, &*context_, count);
+  const std::int32_t level =
+      ReadSection(static_cast<LevelBase&>(*top), strLines, &*context_, count);
   if (level >= 0) {
     m_objLevel[0] = top;
     m_lngLevel = level;

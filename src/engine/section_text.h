@@ -29,22 +29,31 @@ inline constexpr std::int32_t kDeepestLevel = 9;
 
 // What kind of line this is, and the level of it and what follows: section headers and braces move
 // `level`, which is that of the line before. `line` has no tabs or blanks at its ends; an empty one
-// counts as a property. bxltUnknown: a brace. Raises Failure 6 where the level leaves the range of its type.
+// counts as a property. bxltUnknown: a brace. Raises Failure 6 where the level leaves the range of
+// its type.
 BXLineType FollowLevel(std::string_view line, std::int32_t& level);
-
-// True for a line that may be something else than a property.
-inline bool MayBeStructure(std::string_view line) {
-  return line.front() == '[' || line.front() == '{' || line.front() == '}';
-}
 
 // Goes through the lines of a text.
 class LineWalker {
  public:
   // `level`: of the line before the text, 0 for a whole file.
-  LineWalker(std::string_view text, std::int32_t level) : rest_(text), level_(level) {}
+  LineWalker(std::string_view text, std::int32_t level)
+      : next_(text.data()), text_end_(text.data() + text.size()), level_(level) {}
 
   // Goes on to the next line; false at the end.
-  bool Next();
+  bool Next() {
+    if (next_ == text_end_) return false;
+    TakeStripped();
+    const char first = line_.empty() ? '\0' : line_.front();
+    if (line_.empty()) {
+      type_ = bxltUnknown;
+    } else if (level_ == 0 || first == '[' || first == '{' || first == '}') {
+      type_ = FollowLevel(line_, level_);
+    } else {
+      type_ = bxltProperty;
+    }
+    return true;
+  }
 
   // The line without tabs and blanks at its ends, and what it is: bxltUnknown for a line that is
   // empty and for a brace.
@@ -53,10 +62,13 @@ class LineWalker {
   std::int32_t level() const { return level_; }
   // Where the line begins and where the next one does.
   const char* begin() const { return begin_; }
-  const char* end() const { return rest_.data(); }
+  const char* end() const { return next_; }
 
  private:
-  std::string_view rest_;
+  void TakeStripped();
+
+  const char* next_;
+  const char* text_end_;
   std::int32_t level_;
   const char* begin_ = nullptr;
   std::string_view line_;
