@@ -55,7 +55,7 @@ std::uint64_t Mark(std::string_view name, std::uint64_t list) {
 class DistinctMarks {
  public:
   void Add(std::uint64_t mark) {
-    std::uint64_t& word = bits_[mark >> 60];
+    std::uint64_t& word = bits_[static_cast<std::size_t>(mark >> 60)];
     const std::uint64_t bit = std::uint64_t{1} << (mark >> 54 & 63);
     clash_ |= (word & bit) != 0;
     word |= bit;
