@@ -17,12 +17,13 @@ if [ ${#targets[@]} -eq 0 ]; then
   for source in tests/fuzz/targets/*.cpp; do targets+=("$(basename "$source" .cpp)"); done
 fi
 
-need_packages "${build_packages[@]}" "${test_packages[@]}" clang libclang-rt-14-dev
+need_packages "${build_packages[@]}" "${test_packages[@]}" "${sanitizer_packages[@]}"
 export LC_ALL=C.UTF-8
 
-echo "== Building: fuzz"
-cmake --preset fuzz >/dev/null
-cmake --build build/fuzz --target "${targets[@]/#/fuzz_}" >build/fuzz/build.log 2>&1 ||
+echo "== Building: asan"
+mkdir -p build/fuzz
+cmake --preset asan >/dev/null
+cmake --build --preset asan --target "${targets[@]/#/fuzz_}" >build/fuzz/build.log 2>&1 ||
   { tail -n 60 build/fuzz/build.log; exit 1; }
 
 # A new input is at most this long; longer ones cost speed and show nothing new.
@@ -34,7 +35,7 @@ for target in "${targets[@]}"; do
   found=build/fuzz/found/$target
   log=build/fuzz/$target.log
   mkdir -p "$corpus" "$found" build/fuzz/crashes
-  if build/fuzz/tests/fuzz/fuzz_"$target" -max_total_time="$seconds" -max_len=$most_bytes -timeout=120 \
+  if build/asan/tests/fuzz/fuzz_"$target" -max_total_time="$seconds" -max_len=$most_bytes -timeout=120 \
     -rss_limit_mb=2048 -dict=tests/fuzz/tessary.dict -print_final_stats=1 \
     -artifact_prefix=build/fuzz/crashes/"$target"- "$found" "$corpus" >"$log" 2>&1; then
     echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$log") executions"
@@ -45,7 +46,7 @@ for target in "${targets[@]}"; do
     failed=$((failed + 1))
   fi
   if [ "$keep" = yes ]; then
-    build/fuzz/tests/fuzz/fuzz_"$target" -set_cover_merge=1 -max_len=$most_bytes "$corpus" "$found" >/dev/null 2>&1 || true
+    build/asan/tests/fuzz/fuzz_"$target" -set_cover_merge=1 -max_len=$most_bytes "$corpus" "$found" >/dev/null 2>&1 || true
   fi
 done
 echo "$passed passed, $failed failed"

@@ -15,6 +15,7 @@ case "${1:-}" in
 esac
 
 need_packages "${build_packages[@]}" "${test_packages[@]}"
+[ "$fast" = yes ] || need_packages "${sanitizer_packages[@]}"
 export LC_ALL=C.UTF-8
 passed=0
 failed=0

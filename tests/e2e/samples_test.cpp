@@ -224,8 +224,8 @@ TEST_F(SamplesTest, VariablesAreNumberedAnew) {
   const char* starts[] = {"[Variables]",
                           " User1=@Absenderzeile;",
                           " User2=@Briefanrede;",
-                          " User3=@Fälligkeit;Datum$(Beleg.Datum + Beleg.Zahlungsziel;"
-                          "\"TT.MM.JJJJ\")",
+                          (" User3=@Fälligkeit;Datum$(Beleg.Datum + Beleg.Zahlungsziel;"
+                           "\"TT.MM.JJJJ\")"),
                           " User4=@Leitweg;",
                           " Sum5=@Summe.Netto;",
                           " Sum6=@Summe.Rabatt;",

@@ -29,8 +29,8 @@ TEST(ProtocolWindowTextsTest, RepairGuideIsKeptToTheLetter) {
       "Wählen Sie das Verzeichnis für die Differenz-Berichte aus: ",
       "Wählen Sie das Verzeichnis für die Berichte aus: ",
       "Aktivieren Sie die Berichte, die fehlerhaft sind (s. O.).",
-      "Schlägt die Konvertierung erneut fehl, ersetzten Sie die fehlerhaften Berichte mit den "
-      "Ursprungsberichten im Verzeichnis:",
+      ("Schlägt die Konvertierung erneut fehl, ersetzten Sie die fehlerhaften Berichte mit den "
+       "Ursprungsberichten im Verzeichnis:"),
   };
   ASSERT_EQ(guide.steps.size(), std::size(expected));
   for (std::size_t i = 0; i < guide.steps.size(); ++i) {
