@@ -31,8 +31,8 @@ std::string_view PlainName(std::string_view line) {
   while (equals < line.size() && line[equals] != '=') ++equals;
   if (equals == line.size() || equals == 0 || line[equals - 1] == ' ') return {};
   const std::string_view value = TrimLeadingBlanks(line.substr(equals + 1));
-  if (value.starts_with('@')) return {};
-  return line.substr(0, equals);
+  const std::string_view name = line.substr(0, equals);
+  return value.starts_with('@') || IsSectionLine(name) ? std::string_view() : name;
 }
 
 // The beginning or the end of a text as a word, made small; `text` is ASCII.

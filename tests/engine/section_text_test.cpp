@@ -141,6 +141,7 @@ TEST(AppendAsRead, GivesTheRowsOrNothing) {
       {"no equals sign", {"A=1", "B"}, false},
       {"no name", {"=1"}, false},
       {"blanks behind the name", {"A =1"}, false},
+      {"a property with the name of a section", {"[A]=1"}, false},
       {"a variable", {"User1=@A;1"}, false},
       {"the name of a variable", {"A=1", "user=1"}, false},
       {"the other name of a variable", {"SUM=1"}, false},

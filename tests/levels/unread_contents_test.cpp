@@ -134,6 +134,7 @@ TEST(UnreadContents, MakeNoDifference) {
       {"variables", {"[A]", "User7=@a;1", "Sum3=@b;2", "User=1", "X=@c"}},
       {"lines without an equals sign", {"[A]", "X", " Y "}},
       {"blanks around names", {"[A]", "X =1", "=2", " = 3"}},
+      {"a property with the name of a section", {"[A]", "[B]=1"}},
       {"tabs inside", {"[A]", "X=1\t2", "Y\tZ=1"}},
       {"only a carriage return at the end", {"[A]", "X=1\r"}},
   };
