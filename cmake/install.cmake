@@ -1,0 +1,18 @@
+# What "cmake --install" puts where. Two components: "command", what users run, and "library", what
+# other CMake projects build against with find_package(Tessary).
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+install(TARGETS tessary RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
+
+install(TARGETS tessary_core EXPORT TessaryTargets
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library
+        FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tessary COMPONENT library)
+set(TESSARY_CMAKE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/Tessary)
+install(EXPORT TessaryTargets NAMESPACE Tessary:: DESTINATION ${TESSARY_CMAKE_FOLDER} COMPONENT library)
+configure_package_config_file(cmake/TessaryConfig.cmake.in ${CMAKE_BINARY_DIR}/TessaryConfig.cmake
+  INSTALL_DESTINATION ${TESSARY_CMAKE_FOLDER} NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/TessaryConfigVersion.cmake
+                                 COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/TessaryConfig.cmake ${CMAKE_BINARY_DIR}/TessaryConfigVersion.cmake
+        DESTINATION ${TESSARY_CMAKE_FOLDER} COMPONENT library)
