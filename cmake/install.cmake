@@ -16,3 +16,22 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/TessaryConfigVersion.cmake
                                  COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_BINARY_DIR}/TessaryConfig.cmake ${CMAKE_BINARY_DIR}/TessaryConfigVersion.cmake
         DESTINATION ${TESSARY_CMAKE_FOLDER} COMPONENT library)
+
+if(NOT WIN32)
+  set(TESSARY_DOC_FOLDER ${CMAKE_INSTALL_DATAROOTDIR}/doc/tessary)
+  configure_file(packaging/man/tessary.1.in man/tessary.1 @ONLY)
+  configure_file(packaging/man/tessary.de.1.in man/de/tessary.1 @ONLY)
+  install(FILES ${CMAKE_BINARY_DIR}/man/tessary.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT command)
+  install(FILES ${CMAKE_BINARY_DIR}/man/de/tessary.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/de/man1
+          COMPONENT command)
+  install(FILES packaging/completions/tessary.bash RENAME tessary
+          DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions COMPONENT command)
+  install(FILES packaging/completions/_tessary
+          DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/vendor-completions COMPONENT command)
+  install(FILES packaging/completions/tessary.fish
+          DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/fish/vendor_completions.d COMPONENT command)
+  install(FILES docs/bedienung.md docs/build-server.md docs/file-formats.md docs/json.md docs/meldungen.md
+          DESTINATION ${TESSARY_DOC_FOLDER} COMPONENT command)
+  install(DIRECTORY docs/bilder DESTINATION ${TESSARY_DOC_FOLDER} COMPONENT command)
+  install(DIRECTORY samples/ DESTINATION ${TESSARY_DOC_FOLDER}/examples COMPONENT command)
+endif()
