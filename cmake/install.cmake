@@ -30,8 +30,7 @@ if(NOT WIN32)
           DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/vendor-completions COMPONENT command)
   install(FILES packaging/completions/tessary.fish
           DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/fish/vendor_completions.d COMPONENT command)
-  install(FILES docs/bedienung.md docs/build-server.md docs/file-formats.md docs/json.md docs/meldungen.md
-          DESTINATION ${TESSARY_DOC_FOLDER} COMPONENT command)
-  install(DIRECTORY docs/bilder DESTINATION ${TESSARY_DOC_FOLDER} COMPONENT command)
-  install(DIRECTORY samples/ DESTINATION ${TESSARY_DOC_FOLDER}/examples COMPONENT command)
+  # Side by side as in the sources, since they link each other.
+  install(DIRECTORY docs/ DESTINATION ${TESSARY_DOC_FOLDER}/docs COMPONENT command)
+  install(DIRECTORY samples DESTINATION ${TESSARY_DOC_FOLDER} COMPONENT command)
 endif()

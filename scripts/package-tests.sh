@@ -24,9 +24,14 @@ failed=0
 
 # check NAME COMMAND...: one test; what it prints is shown when it fails.
 check() {
-  local name=$1
+  local name=$1 code
   shift
-  if (set -euo pipefail; "$@") >"$trial/output" 2>&1; then
+  # In a condition, the shell would not end at the first command that fails.
+  set +e
+  (set -euxo pipefail; "$@") >"$trial/output" 2>&1
+  code=$?
+  set -e
+  if [ "$code" -eq 0 ]; then
     passed=$((passed + 1))
     echo "ok      $name"
   else
@@ -36,7 +41,10 @@ check() {
   fi
 }
 
-# make KIND: makes a package and, with the files in another order of making, once more.
+# not COMMAND...: true when it fails. "!" would not end a test.
+not() { if "$@"; then return 1; fi; }
+
+# make_twice KIND: makes a package, and once more, which gives the same bytes.
 make_twice() {
   scripts/package-"$1".sh
   (cd "$packages" && sha256sum -c SHA256SUMS)
@@ -61,8 +69,21 @@ use_command() {
 }
 
 if [[ " ${wanted[*]} " == *" deb "* ]]; then . tests/packages/deb.sh; fi
-if [[ " ${wanted[*]} " == *" zip "* ]]; then . tests/packages/zip.sh; fi
+if [[ " ${wanted[*]} " == *" zip "* || " ${wanted[*]} " == *" installer "* ]]; then
+  need_packages "${build_packages[@]}" "${windows_packages[@]}"
+  . scripts/wine.sh
+  install_32_bit_dlls
+  # A system on which nothing has been installed before.
+  rm -rf "$WINEPREFIX"
+  start_display
+  start_wine
+  for architecture in x64 x86; do
+    build_products "windows-$architecture" 'registered_client manifest_client'
+  done
+fi
 if [[ " ${wanted[*]} " == *" installer "* ]]; then . tests/packages/installer.sh; fi
+# Last, as Wine itself enters the type library when a program uses the component without registration.
+if [[ " ${wanted[*]} " == *" zip "* ]]; then . tests/packages/zip.sh; fi
 rm -rf "$trial"
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]

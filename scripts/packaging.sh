@@ -30,6 +30,24 @@ fresh_stage() {
   mkdir -p "$stage"
 }
 
+# stage_windows PRODUCT: builds for Windows and puts what its users get into a fresh folder, $stage.
+stage_windows() {
+  local architecture
+  for architecture in x64 x86; do build_products "windows-$architecture" 'tessary tessary_com'; done
+  fresh_stage "$1"
+  for architecture in x64 x86; do
+    mkdir "$stage/$architecture"
+    cp "build/windows-$architecture"/{tessary.exe,Tessary.dll,Tessary.manifest} "$stage/$architecture/"
+  done
+  cp -r samples "$stage/Beispiele"
+  rm "$stage/Beispiele/README.md"  # a page of the guide instead
+  # Debian's own interpreter, which has the package.
+  /usr/bin/python3 packaging/guide.py docs "$stage/Handbuch"
+  sed "s/@VERSION@/$version/; s/\$/\r/" packaging/windows/LIESMICH.txt >"$stage/LIESMICH.txt"
+  python3 packaging/sbom.py "$1" "$version" "$stage/Lizenzen"
+  set_times "$stage"
+}
+
 # set_times FOLDER: gives everything in it the packages' time.
 set_times() {
   find "$1" -exec touch --no-dereference --date="@$SOURCE_DATE_EPOCH" {} +

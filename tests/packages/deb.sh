@@ -19,8 +19,8 @@ deb_installs() {
 }
 deb_is_complete() {
   local doc=$root/usr/share/doc/tessary file
-  for file in copyright changelog.gz bedienung.md meldungen.md build-server.md sbom.spdx.json \
-    licenses/libc6-dev.txt licenses/GPL-3.txt licenses/LGPL-2.1.txt examples/kunde/Berichte/Rechnung.lst; do
+  for file in copyright changelog.gz sbom.spdx.json docs/bedienung.md docs/meldungen.md docs/build-server.md \
+    licenses/libc6-dev.txt licenses/GPL-3.txt licenses/LGPL-2.1.txt samples/kunde/Berichte/Rechnung.lst; do
     [ -s "$doc/$file" ] || { echo "missing: $file"; return 1; }
   done
   # Every file of the package is its own, and only root may change it.
