@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds everything and runs all tests; installs what is missing. Ends with "N passed, N failed".
 #   scripts/test.sh          release and sanitizer builds, instruction counts, the protocol pages in a
-#                            browser, and the 64-bit Windows products under Wine; those for 32 bit
-#                            are tested by scripts/windows-tests.sh
+#                            browser, the Debian package, and the 64-bit Windows products under
+#                            Wine; those for 32 bit are tested by scripts/windows-tests.sh, the
+#                            packages for Windows by scripts/package-tests.sh
 #   scripts/test.sh --fast   the native tests of the release build only
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -64,6 +65,7 @@ if [ "$fast" = no ]; then
   build asan
   run_tests asan
   add_up scripts/page-tests.sh
+  add_up scripts/package-tests.sh deb
   add_up scripts/windows-tests.sh x64
 fi
 echo "$passed passed, $failed failed"

@@ -40,7 +40,7 @@ VIAddVersionKey /LANG=1031 LegalCopyright "Alle Rechte vorbehalten"
 !include "search_path.nsh"
 
 !define MUI_ABORTWARNING
-!define MUI_WELCOMEPAGE_TEXT "Tessary bringt angepasste List & Label Berichte auf eine neue Version.$\r$\n$\r$\nInstalliert werden der Befehl $\"tessary$\", die Komponente Tessary.dll und die Anleitung.$\r$\n$\r$\nBeenden Sie Programme, die Tessary gerade benutzen."
+!define MUI_WELCOMEPAGE_TEXT "Tessary bringt angepasste List && Label Berichte auf eine neue Version.$\r$\n$\r$\nInstalliert werden der Befehl $\"tessary$\", die Komponente Tessary.dll und die Anleitung.$\r$\n$\r$\nBeenden Sie Programme, die Tessary gerade benutzen."
 !define MUI_FINISHPAGE_TEXT "Tessary ist installiert. Der Befehl $\"tessary$\" steht in jeder neu geöffneten Eingabeaufforderung bereit.$\r$\n$\r$\nDie Anleitung finden Sie im Startmenü."
 !define MUI_FINISHPAGE_SHOWREADME "$INSTDIR\Handbuch\bedienung.html"
 !define MUI_FINISHPAGE_SHOWREADME_TEXT "Anleitung öffnen"

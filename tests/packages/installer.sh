@@ -156,6 +156,8 @@ check "installer: the list of parts holds" "$tests/sbom_test.py" "$work/installe
 check "installer: installs for the machine" installs_per_machine
 check "installer: the command works" use_command windows_command
 check "installer: programs of both kinds get the component" component_works
+check "installer: batch commands and scripts of the documents run" \
+  python3 tests/documents/run_commands.py --wine . "$drive"
 check "installer: is removed from the machine without a rest" removes_per_machine
 check "installer: installs for the user" installs_per_user
 check "installer: is removed from the user without a rest" removes_per_user
