@@ -6,11 +6,10 @@ guide.py DOCS OUTPUT    both folders; fails when a link of a page leads nowhere
 import html
 import re
 import shutil
+import subprocess
 import sys
 from pathlib import Path
-
-import markdown
-from markdown.extensions.toc import slugify_unicode
+from urllib.parse import unquote
 
 PAGES = {
     "bedienung": "de",
@@ -65,13 +64,21 @@ def page_link(target):
     return file + mark + anchor
 
 
+def with_anchor(heading):
+    """A heading with the name that links call it by."""
+    text = html.unescape(re.sub(r"<[^>]*>", "", heading[2]))
+    name = re.sub(r"[^\w\s-]", "", text).strip().lower().replace(" ", "-")
+    return f'<h{heading[1]} id="{name}">{heading[2]}</h{heading[1]}>'
+
+
 def make_page(source, language):
     text = source.read_text(encoding="utf-8")
     # Comments are for those who write, not for those who read.
-    text = re.sub(r"^<!--.*?-->\n", "", text, flags=re.M | re.S)
+    text = re.sub(r"^ *<!--.*?-->\n", "", text, flags=re.M | re.S)
     title = re.search(r"^# (.*)$", text, re.M).group(1)
-    body = markdown.markdown(text, output_format="html5", extensions=["tables", "fenced_code", "sane_lists", "toc"],
-                             extension_configs={"toc": {"slugify": slugify_unicode}})
+    body = subprocess.run(["cmark-gfm", "--unsafe", "-e", "table", "-e", "autolink"], input=text, check=True,
+                          capture_output=True, text=True, encoding="utf-8").stdout
+    body = re.sub(r"<h([1-6])>(.*?)</h\1>", with_anchor, body)
     body = re.sub(r'(href|src)="(?![a-z]+:)([^"]*)"',
                   lambda found: f'{found[1]}="{html.escape(page_link(html.unescape(found[2])))}"', body)
     return FRAME.format(language=language, title=html.escape(title), body=body)
@@ -81,7 +88,7 @@ def check_links(folder):
     pages = {page.name: page.read_text(encoding="utf-8") for page in folder.glob("*.html")}
     for name, text in pages.items():
         for target in re.findall(r'(?:href|src)="(?![a-z]+:)([^"]*)"', text):
-            file, _, anchor = html.unescape(target).partition("#")
+            file, _, anchor = unquote(html.unescape(target)).partition("#")
             if not (folder / file).exists():
                 sys.exit(f"{name}: a link leads nowhere: {target}")
             if anchor and f'id="{anchor}"' not in pages.get(file or name, f'id="{anchor}"'):

@@ -20,4 +20,4 @@ windows_packages=(lld g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix google
   wine wine64 wine64-tools libwine libwine-dev faketime xvfb fonts-liberation fonts-wine)
 bench_packages=(libbenchmark-dev python3 diffutils patch git strace time valgrind)
 count_packages=(valgrind time)
-package_packages=(python3 python3-markdown zip unzip nsis file)
+package_packages=(python3 cmark-gfm zip unzip nsis file)

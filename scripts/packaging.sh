@@ -41,8 +41,7 @@ stage_windows() {
   done
   cp -r samples "$stage/Beispiele"
   rm "$stage/Beispiele/README.md"  # a page of the guide instead
-  # Debian's own interpreter, which has the package.
-  /usr/bin/python3 packaging/guide.py docs "$stage/Handbuch"
+  python3 packaging/guide.py docs "$stage/Handbuch"
   sed "s/@VERSION@/$version/; s/\$/\r/" packaging/windows/LIESMICH.txt >"$stage/LIESMICH.txt"
   python3 packaging/sbom.py "$1" "$version" "$stage/Lizenzen"
   set_times "$stage"
