@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the commands in the documents, or checks their syntax where they are marked.
+"""Runs the commands in the documents, or checks their syntax where they are marked, and follows links.
 
 run_commands.py TESSARY SOURCES                   "sh" blocks by bash; syntax of the others
 run_commands.py --wine SOURCES DRIVE_C            "bat" and "vbs" blocks under Wine, with Tessary installed
@@ -108,6 +108,25 @@ def run_here(block, folder, tessary, sources):
         check_syntax(block, folder)
 
 
+def anchors_of(document):
+    text = re.sub(r"^ *```.*?^ *```$", "", document.read_text(encoding="utf-8"), flags=re.M | re.S)
+    return {re.sub(r"[^\w\s-]", "", heading).strip().lower().replace(" ", "-")
+            for heading in re.findall(r"^#+ (.*)$", text, re.M)}
+
+
+def broken_links(document):
+    """The links of a document that lead to no file or no heading of the sources."""
+    text = re.sub(r"^ *```.*?^ *```$", "", document.read_text(encoding="utf-8"), flags=re.M | re.S)
+    for target in re.findall(r"\]\(([^)\s]+)\)|<img src=\"([^\"]+)\"", text):
+        target = target[0] or target[1]
+        if re.match(r"[a-z]+:", target):
+            continue
+        file, _, anchor = target.partition("#")
+        path = (document.parent / file) if file else document
+        if not path.exists() or (anchor and anchor not in anchors_of(path)):
+            yield target
+
+
 def prepare(document, folder, tessary, sources):
     environment = {"SOURCES": str(sources), "PATH": f"{Path(tessary).parent}:{os.environ['PATH']}"}
     bash(PREPARE, folder, **environment)
@@ -147,6 +166,9 @@ def main(arguments):
         with tempfile.TemporaryDirectory() as name:
             folder = Path(name)
             prepare(document, folder, tessary, sources)
+            for target in [] if wine else broken_links(document):
+                failed += 1
+                print(f"{document.name}: a link leads nowhere: {target}")
             for block in blocks_of(document):
                 if wine and block.language not in ("bat", "vbs"):
                     continue
