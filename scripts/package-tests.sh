@@ -74,6 +74,7 @@ if [[ " ${wanted[*]} " == *" zip "* || " ${wanted[*]} " == *" installer "* ]]; t
   . scripts/wine.sh
   install_32_bit_dlls
   # A system on which nothing has been installed before.
+  wineserver -k 2>/dev/null && wineserver -w || true
   rm -rf "$WINEPREFIX"
   start_display
   start_wine

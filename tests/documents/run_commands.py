@@ -127,6 +127,15 @@ def broken_links(document):
             yield target
 
 
+def old_versions(document, sources):
+    """The names of packages in a document that are not those of this version."""
+    version = re.search(r"project\(Tessary VERSION ([0-9.]+)", (sources / "CMakeLists.txt").read_text())[1]
+    text = document.read_text(encoding="utf-8")
+    for name, found in re.findall(r"(Tessary-([0-9.]+)-windows)", text) + re.findall(r"(tessary_([0-9.]+)_amd64)", text):
+        if found != version:
+            yield name
+
+
 def prepare(document, folder, tessary, sources):
     environment = {"SOURCES": str(sources), "PATH": f"{Path(tessary).parent}:{os.environ['PATH']}"}
     bash(PREPARE, folder, **environment)
@@ -169,6 +178,9 @@ def main(arguments):
             for target in [] if wine else broken_links(document):
                 failed += 1
                 print(f"{document.name}: a link leads nowhere: {target}")
+            for package in old_versions(document, sources):
+                failed += 1
+                print(f"{document.name}: not this version: {package}")
             for block in blocks_of(document):
                 if wine and block.language not in ("bat", "vbs"):
                     continue
