@@ -38,13 +38,17 @@ setup() {
   run_wine 300 "$(native "$setup")" /S "$@" || code=$?
   [ "$code" -eq 0 ] || { echo "exit code $code"; return 1; }
 }
-# remove KEY: what the system does when a user chooses to remove the program. The uninstaller works in
-# a copy of itself, and is done when its entry has gone.
+# remove KEY [by-hand]: what the system does when a user chooses to remove the program, or the user by
+# starting the uninstaller. It works in a copy of itself, and is done when its entry has gone.
 remove() {
   local command i
   command=$(value "$1\\$uninstall" QuietUninstallString)
   [[ "$command" =~ ^'"'(.*)'" '(/[A-Za-z]+)' /S'$ ]]
-  run_wine 60 "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}" /S
+  if [ $# -eq 1 ]; then
+    run_wine 60 "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}" /S
+  else
+    run_wine 60 "${BASH_REMATCH[1]}" /S
+  fi
   for i in $(seq 120); do
     value "$1\\$uninstall" DisplayName >/dev/null || return 0
     sleep 0.5
@@ -132,7 +136,7 @@ installs_per_user() {
   not value 'HKLM\Software\Classes\Tessary.BXConvertLLMgr\CLSID'
 }
 removes_per_user() {
-  remove HKCU
+  remove HKCU by-hand
   nothing_is_left
 }
 replaces_an_earlier_one() {
