@@ -5,7 +5,7 @@ cd "$(dirname "$0")/.."
 . scripts/packaging.sh
 need_packages "${build_packages[@]}" python3 dpkg-dev
 
-build_products release tessary -D TESSARY_TESTS=OFF
+build_command
 fresh_stage deb
 cmake --install build/release --component command --prefix "$stage/usr" --strip >/dev/null
 doc=$stage/usr/share/doc/tessary

@@ -78,7 +78,7 @@ if [[ " ${wanted[*]} " == *" zip "* || " ${wanted[*]} " == *" installer "* ]]; t
   rm -rf "$WINEPREFIX"
   start_display
   start_wine
-  build_products release tessary -D TESSARY_TESTS=OFF
+  build_command
   for architecture in x64 x86; do
     build_products "windows-$architecture" 'registered_client manifest_client'
   done

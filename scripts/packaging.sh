@@ -23,6 +23,13 @@ build_products() {
     { tail -n 60 "$log"; exit 1; }
 }
 
+# build_command: builds the command of this system; what the folder of the build has of tests stays.
+build_command() {
+  local tests
+  tests=$(sed -n 's/^TESSARY_TESTS:BOOL=//p' build/release/CMakeCache.txt 2>/dev/null) || tests=OFF
+  build_products release tessary -D TESSARY_TESTS="${tests:-OFF}"
+}
+
 # fresh_stage NAME: an empty folder for the contents of a package; its path is in $stage.
 fresh_stage() {
   stage=$work/$1

@@ -132,15 +132,19 @@ void RegisterTypeLibrary(RegistrationScope scope) {
   Check(function(ModuleTypeLibrary().get(), path.data(), nullptr));
 }
 
-bool IsTypeLibraryRegistered() {
-  const wchar_t* system = sizeof(void*) == 8 ? L"win64" : L"win32";
+// Where the type library is registered for programs of 32 or 64 bit.
+std::wstring TypeLibraryPath(bool for_64_bit) {
   const std::wstring version =
       std::to_wstring(kTypeLibraryMajor) + L"." + std::to_wstring(kTypeLibraryMinor) + L"\\0\\";
-  return HasKey(L"TypeLib\\" + Braced(LIBID_Tessary) + L"\\" + version + system, 0);
+  return L"TypeLib\\" + Braced(LIBID_Tessary) + L"\\" + version +
+         (for_64_bit ? L"win64" : L"win32");
 }
 
 void UnregisterTypeLibrary(RegistrationScope scope) {
-  if (!IsTypeLibraryRegistered()) return;  // the system's answers to that differ
+  constexpr bool kIs64Bit = sizeof(void*) == 8;
+  if (!HasKey(TypeLibraryPath(kIs64Bit), 0)) return;  // the system's answers to that differ
+  // The system would take the keys of the interfaces away, which the other DLL needs as well.
+  if (HasKey(TypeLibraryPath(!kIs64Bit), 0)) return DeleteTree(TypeLibraryPath(kIs64Bit));
   constexpr SYSKIND kSystem = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
   const auto function =
       scope == RegistrationScope::kCurrentUser ? UnRegisterTypeLibForUser : UnRegisterTypeLib;

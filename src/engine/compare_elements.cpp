@@ -14,6 +14,7 @@
 
 #include "engine/find_element.h"
 #include "engine/level_basis.h"
+#include "engine/section_text.h"
 #include "platform/failure.h"
 #include "platform/text.h"
 
@@ -30,6 +31,20 @@ Symbol KeyAt(const Ref<ElementTable>& array, std::int32_t row) {
 bool IsSameProperty(const Element& a, const Element& b) {
   return a.pending_child != Element::kNoChild && b.pending_child != Element::kNoChild &&
          EqualsIgnoreCase(a.value(), b.value());
+}
+
+// True for sections whose contents nobody has read and need not be read, as comparing them would
+// find each element again.
+bool IsSameSection(const Element& a, const Element& b) {
+  if (!a.child || !b.child) return false;
+  const std::string_view lines = a.child->UnreadLines();
+  return !lines.empty() && lines == b.child->UnreadLines() &&
+         EqualsIgnoreCase(a.value(), b.value()) &&
+         HasDistinctElements(lines, a.child->ClassNumber());
+}
+
+bool IsSame(const Element& a, const Element& b) {
+  return IsSameProperty(a, b) || IsSameSection(a, b);
 }
 
 std::int32_t RowsOf(const Ref<ElementTable>& array) {
@@ -175,7 +190,7 @@ void BXLevelBasis::CompareElements(const Ref<ElementTable>& aOldElement,
           FindElement(aOldElement, pairing.by_identity_alone ? key.Identity() : key);
       if (old_row == 0) {
         ReportUnpaired();
-      } else if (IsSameProperty(aOldElement->Row(old_row), aNewElement->Row(row))) {
+      } else if (IsSame(aOldElement->Row(old_row), aNewElement->Row(row))) {
         PassUnchanged();
       } else {
         ComparePair(Element(aOldElement->Row(old_row)), Element(aNewElement->Row(row)),

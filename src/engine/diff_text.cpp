@@ -68,12 +68,6 @@ void SplitDiffLine(std::string_view line, DiffLine& result) {
   if (result.status != bxsUnknown) result.text = TrimBlanks(halves->after);
 }
 
-// Every description begins like this; hardly any line of a report does.
-bool BeginsWithLetter(std::string_view line) {
-  const std::string_view text = TrimLeadingBlanks(line);
-  return !text.empty() && LetterToStatus(text.substr(0, 1)) != bxsUnknown;
-}
-
 }  // namespace
 
 std::string_view StatusToLetter(BXStatus status) {
@@ -110,7 +104,7 @@ void DiffTextToElement(std::string_view line, DiffLine& result) {
   result.text = line;
   if (result.status != bxsUnknown) result.fields.fill({});
   result.status = bxsUnknown;
-  if (BeginsWithLetter(line)) SplitDiffLine(line, result);
+  if (MayHaveStatus(line)) SplitDiffLine(line, result);
 }
 
 }  // namespace tessary

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "engine/element.h"
+#include "platform/text.h"
 
 // The description that a difference file puts in front of a line: status letter, nine labelled
 // fields and a semicolon, "N(Key=:Typ=:PrevName=Width:...:PosNr=);".
@@ -30,6 +31,14 @@ struct DiffLine {
   DiffFields fields;
   std::array<std::string, 9> storage;  // for fields that had to be changed
 };
+
+// False for a line that cannot have a status, which its beginning shows of most. Tabs do not count.
+inline bool MayHaveStatus(std::string_view line) {
+  line = TrimLeadingBlanks(line);
+  if (line.empty() || (line[0] != 'D' && line[0] != 'N' && line[0] != 'U')) return false;
+  const auto next = line.find_first_not_of(" \t", 1);
+  return next != std::string_view::npos && (line[next] == ';' || line[next] == '(');
+}
 
 // Takes a line apart. A line without a description, or with one of an unknown letter, is its own
 // text with status bxsUnknown; a description without exactly nine fields gives empty fields.

@@ -61,7 +61,7 @@ class Level : public RefCounted {
   // The element array; the setter takes a reference, it does not copy. No array before the first
   // Add.
   virtual void SetElementArray(Ref<ElementTable> array) = 0;
-  virtual Ref<ElementTable> ElementArray() const = 0;
+  virtual Ref<ElementTable> ElementArray() = 0;
 
   // The child level of the last row, none where that row has none. Failure 91 without an array,
   // 9 without rows.
@@ -101,6 +101,10 @@ class Level : public RefCounted {
   // Who hears of insertions after the level class itself, with the element's child level in place;
   // or null. Must outlive this object or be taken back.
   virtual void SetInsertionObserver(BeforeInsertHandler* observer) = 0;
+
+  // The lines of a file that the elements of this level will be made of when they are asked for;
+  // empty where there are none or they have been.
+  virtual std::string_view UnreadLines() const { return {}; }
 
   // 0 to 9 for the level classes, kNoLevelClass for the engine class by itself.
   static constexpr int kNoLevelClass = -1;

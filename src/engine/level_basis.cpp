@@ -27,15 +27,30 @@ void BXLevelBasis::Add(const AddArguments& arguments, const Property& texts,
   AddElement(MakeElement(arguments, texts, pending_child));
 }
 
+void BXLevelBasis::AddAsRead(const Property& texts, std::int8_t pending_child) {
+  Element element;
+  SetTexts(element, texts);
+  element.pending_child = pending_child;
+  ElementTable& array = Array();
+  FollowLast(element);
+  array.Append(std::move(element));
+}
+
+void BXLevelBasis::SetTexts(Element& element, const Property& texts) const {
+  TextPool& symbols = pool();
+  element.key[bxeaName] = symbols.Intern(texts.strName);
+  const bool key_is_name =
+      texts.strKey.data() == texts.strName.data() && texts.strKey.size() == texts.strName.size();
+  element.key[bxeaKey] = key_is_name ? element.key[bxeaName] : symbols.Intern(texts.strKey);
+  element.set_value(symbols.Keep(texts.strValue));
+}
+
 Element BXLevelBasis::MakeElement(const AddArguments& arguments, const Property& texts,
                                   std::int8_t pending_child) const {
   TextPool& symbols = pool();
   Element element;
   element.status = static_cast<std::int8_t>(arguments.bxsStatus);
-  element.key[bxeaName] = symbols.Intern(texts.strName);
-  const bool key_is_name =
-      texts.strKey.data() == texts.strName.data() && texts.strKey.size() == texts.strName.size();
-  element.key[bxeaKey] = key_is_name ? element.key[bxeaName] : symbols.Intern(texts.strKey);
+  SetTexts(element, texts);
   element.key[bxeaTyp] = symbols.Intern(arguments.strTyp);
   element.key[bxeaPosPrevName] = symbols.Intern(arguments.strPosPrevName);
   element.key[bxeaPosPrevKey] = symbols.Intern(arguments.strPosPrevKey);
@@ -44,7 +59,6 @@ Element BXLevelBasis::MakeElement(const AddArguments& arguments, const Property&
   element.key[bxeaPosNextKey] = symbols.Intern(arguments.strPosNextKey);
   element.key[bxeaPosNextTyp] = symbols.Intern(arguments.strPosNextTyp);
   element.key[bxeaPosNr] = symbols.Intern(arguments.strPosNr);
-  element.set_value(symbols.Keep(texts.strValue));
   element.child = arguments.objLevel;
   if (!element.child) element.pending_child = pending_child;
   return element;
@@ -59,28 +73,35 @@ void BXLevelBasis::AddElement(Element&& element) {
 }
 
 void BXLevelBasis::CheckValuesAround(Element& element) {
-  InPrivateProcedure("CheckValuesAround").Run([&] {
-    if (IsArrayEmpty(m_aElement)) return;
-    const std::int32_t last = m_aElement->rows();
-    const auto fill = [](Symbol& empty, Symbol text) {
-      if (empty == Symbol::kEmpty) empty = text;
-    };
-    const ElementKey& previous = m_aElement->Row(last).key;
-    fill(element.key[bxeaPosPrevName], previous[bxeaName]);
-    fill(element.key[bxeaPosPrevKey], previous[bxeaKey]);
-    fill(element.key[bxeaPosPrevTyp], previous[bxeaTyp]);
-    if (pool().Same(previous[bxeaName], element.key[bxeaName])) NumberRun(last, element);
-    m_aElement->FillNext(last, element.key);
-  });
+  InPrivateProcedure("CheckValuesAround").Run([&] { FollowLast(element); });
+}
+
+// Notes the last element as the one before `element`, and `element` as the one behind it.
+void BXLevelBasis::FollowLast(Element& element) {
+  if (IsArrayEmpty(m_aElement)) return;
+  const std::int32_t last = m_aElement->rows();
+  const auto fill = [](Symbol& empty, Symbol text) {
+    if (empty == Symbol::kEmpty) empty = text;
+  };
+  const ElementKey& previous = m_aElement->Row(last).key;
+  fill(element.key[bxeaPosPrevName], previous[bxeaName]);
+  fill(element.key[bxeaPosPrevKey], previous[bxeaKey]);
+  fill(element.key[bxeaPosPrevTyp], previous[bxeaTyp]);
+  if (pool().Same(previous[bxeaName], element.key[bxeaName])) NumberRun(last, element);
+  m_aElement->FillNext(last, element.key);
 }
 
 // Numbers an element that follows one of the same name; the first of a run gets its number only
 // now.
 void BXLevelBasis::NumberRun(std::int32_t last, Element& element) {
   const Symbol previous = m_aElement->Row(last).key[bxeaPosNr];
-  const std::int32_t number = previous == Symbol::kEmpty ? 1 : NumberOf(pool().Text(previous));
+  const std::int32_t number = previous == Symbol::kEmpty      ? 1
+                              : previous == last_number_text_ ? last_number_
+                                                              : NumberOf(pool().Text(previous));
   if (number == INT32_MAX) throw Failure(kOverflow);
-  element.key[bxeaPosNr] = pool().InternNumber(number + 1);
+  last_number_ = number + 1;
+  last_number_text_ = pool().InternNumber(last_number_);
+  element.key[bxeaPosNr] = last_number_text_;
   if (previous == Symbol::kEmpty) m_aElement->SetText(last, bxeaPosNr, pool().InternNumber(1));
 }
 

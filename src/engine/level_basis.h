@@ -39,11 +39,14 @@ class BXLevelBasis final : public Level {
   // Element::kNoChild.
   void Add(const AddArguments& arguments, const Property& texts, std::int8_t pending_child);
 
+  // Adds an element that has stood in a report. Not under the error convention.
+  void AddAsRead(const Property& texts, std::int8_t pending_child);
+
   void Add(const AddArguments& arguments) override {
     Add(arguments, {arguments.strName, arguments.strKey, arguments.strValue}, Element::kNoChild);
   }
   void SetElementArray(Ref<ElementTable> array) override { m_aElement = std::move(array); }
-  Ref<ElementTable> ElementArray() const override { return m_aElement; }
+  Ref<ElementTable> ElementArray() override { return m_aElement; }
   Ref<Level> LastElement() override;
   void Compare(const Ref<ElementTable>&, const Ref<ElementTable>&) override {}
   void CompareElements(const Ref<ElementTable>& aOldElement, const Ref<ElementTable>& aNewElement,
@@ -81,8 +84,10 @@ class BXLevelBasis final : public Level {
   ElementTable& Array();
   Element MakeElement(const AddArguments& arguments, const Property& texts,
                       std::int8_t pending_child) const;
+  void SetTexts(Element& element, const Property& texts) const;
   void AddElement(Element&& element);
   void CheckValuesAround(Element& element);
+  void FollowLast(Element& element);
   void NumberRun(std::int32_t last, Element& element);
   Ref<Level> ChildOf(ElementTable& array, std::int32_t row) const {
     return context_->ChildOf(array, row);
@@ -117,6 +122,9 @@ class BXLevelBasis final : public Level {
   BeforeInsertHandler* before_insert_ = nullptr;
   BeforeInsertHandler* insertion_observer_ = nullptr;
   FoundField found_field_;
+  // The number of the element added last to a run, as text and as it is.
+  Symbol last_number_text_ = Symbol::kEmpty;
+  std::int32_t last_number_ = 0;
 };
 
 }  // namespace tessary

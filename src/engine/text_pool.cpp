@@ -125,7 +125,7 @@ std::string_view TextPool::Keep(std::string_view text) {
   if (IsAdopted(text)) return text;
   if (text.size() > block_left_) {
     const std::size_t size = std::max(kBlockSize, text.size());
-    blocks_.push_back(std::make_unique<char[]>(size));
+    blocks_.push_back(std::make_unique_for_overwrite<char[]>(size));
     block_next_ = blocks_.back().get();
     block_left_ = size;
   }

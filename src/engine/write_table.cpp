@@ -12,6 +12,13 @@ std::string& WriteTable::Append(std::int32_t level) {
   return texts_;
 }
 
+void WriteTable::Truncate(std::int32_t rows) {
+  const auto count = static_cast<std::size_t>(rows);
+  if (count >= rows_.size()) return;
+  texts_.resize(rows_[count].begin);
+  rows_.resize(count);
+}
+
 std::size_t WriteTable::Place(std::int32_t row) const {
   if (row < 1 || row > rows()) throw Failure(kSubscriptOutOfRange);
   return static_cast<std::size_t>(row) - 1;

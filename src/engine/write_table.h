@@ -19,6 +19,9 @@ class WriteTable : public RefCounted {
   std::string& Append(std::int32_t level);
   void Append(std::int32_t level, std::string_view text) { Append(level).append(text); }
 
+  // Drops the rows behind the first `rows`.
+  void Truncate(std::int32_t rows);
+
   // Failure 9 when there is no such row. The text is valid until the next Append.
   std::int32_t Level(std::int32_t row) const { return rows_[Place(row)].level; }
   std::string_view Text(std::int32_t row) const;

@@ -2,28 +2,26 @@
 
 #include <string>
 
-#include "platform/text.h"
+#include "engine/section_text.h"
 
 namespace tessary {
 
-const OwnerProperty* BXLevel1::GetOwnerField(std::string_view strName) const {
+const OwnerProperty* BXLevel1::GetOwnerField(std::string_view strName) {
   const OwnerProperty* property = OwnerFieldLevel::GetOwnerField(strName);
   if (!property || property->owner != kLayerSection) return property;
   return IsLayerProperty() ? property : nullptr;
 }
 
-bool BXLevel1::IsLayerProperty() const {
+bool BXLevel1::IsLayerProperty() {
   return InProcedure("IsLayerProperty").Run([&] {
     const Ref<ElementTable> elements = Elements();
     if (IsArrayEmpty(elements)) return false;
     const Symbol last_key = elements->Row(elements->rows()).key[bxeaKey];
-    return pool().Text(last_key) == "Visible";  // letter case counts here
+    return pool().Text(last_key) == kBeforeLayerID;
   });
 }
 
-bool BXLevel1::IsVariableProperty(std::string_view strName) {
-  return EqualsIgnoreCase(strName, "User") || EqualsIgnoreCase(strName, "Sum");
-}
+bool BXLevel1::IsVariableProperty(std::string_view strName) { return IsComputed(strName, 1); }
 
 void BXLevel1::UpdateVariableNumbers() {
   InProcedure("UpdateVariableNumbers").Run([&] {

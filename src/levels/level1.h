@@ -14,8 +14,8 @@ class BXLevel1 final : public OwnerFieldLevel {
  private:
   // "LayerID" is the key of a layer only where it directly follows "Visible"; the one of an object
   // sets nothing.
-  const OwnerProperty* GetOwnerField(std::string_view strName) const override;
-  bool IsLayerProperty() const;
+  const OwnerProperty* GetOwnerField(std::string_view strName) override;
+  bool IsLayerProperty();
   void UpdateBeforeWriting() override { UpdateVariableNumbers(); }
 
   static bool IsVariableProperty(std::string_view strName);

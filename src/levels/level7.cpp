@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "engine/section_text.h"
 #include "levels/report_format.h"
 #include "platform/text.h"
 
@@ -22,9 +23,7 @@ void BXLevel7::CheckMissing(const Ref<ElementTable>& aOldElement,
   }
 }
 
-bool BXLevel7::IsColumnsProperty(std::string_view strName) {
-  return EqualsIgnoreCase(strName, "Columns");
-}
+bool BXLevel7::IsColumnsProperty(std::string_view strName) { return IsComputed(strName, 7); }
 
 bool BXLevel7::IsColumnSection(std::string_view strName) {
   return EqualsIgnoreCase(strName, kColumnSection);

@@ -1,8 +1,7 @@
 #include "levels/level_base.h"
 
-#include <algorithm>
-
-#include "levels/report_format.h"
+#include "engine/section_text.h"
+#include "levels/section_reader.h"
 
 namespace tessary {
 namespace {
@@ -27,7 +26,21 @@ LevelBase::LevelBase(const Ref<EngineContext>& context, int number)
   m_objBasis.SetLevelClassName(kClassNames[static_cast<std::size_t>(number)]);
 }
 
+void LevelBase::Read() {
+  if (unread_.empty()) return;
+  std::int64_t lines = 0;
+  ReadSection(*this, std::exchange(unread_, {}), nullptr, lines);
+}
+
+void LevelBase::AddAsRead(std::string_view line, BXLineType type) {
+  const Property texts = type == bxltSection ? Property{line, line, {}} : SplitProperty(line);
+  m_objBasis.AddAsRead(texts, static_cast<std::int8_t>(ChildClass()));
+}
+
+LevelBase& LevelBase::ChildOfLast() { return static_cast<LevelBase&>(*m_objBasis.LastElement()); }
+
 void LevelBase::Add(const AddArguments& arguments) {
+  Read();
   InProcedure("BXLevelBasis_Add").Run([&] {
     Property texts{arguments.strName, arguments.strKey, arguments.strValue};
     if (arguments.bxltLineType == bxltSection && texts.strKey.empty()) {
@@ -37,8 +50,7 @@ void LevelBase::Add(const AddArguments& arguments) {
       texts = SplitProperty(arguments.strName);
       ApplyPropertyRule(texts);
     }
-    const int child_class = std::min(number_ + 1, kLevelCount - 1);
-    m_objBasis.Add(arguments, texts, static_cast<std::int8_t>(child_class));
+    m_objBasis.Add(arguments, texts, static_cast<std::int8_t>(ChildClass()));
   });
 }
 
@@ -61,6 +73,8 @@ void LevelBase::CheckMissing(const Ref<ElementTable>& aOldElement,
 }
 
 void LevelBase::PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t) {
+  if (!unread_.empty() && aWrite && AppendAsRead(unread_, number_, *aWrite)) return;
+  Read();
   UpdateBeforeWriting();
   m_objBasis.PrepareWriting(aWrite, number_);
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string_view>
 
 #include "engine/level_basis.h"
 #include "engine/procedure.h"
+#include "levels/report_format.h"
 #include "report/line_syntax.h"
 
 namespace tessary {
@@ -17,10 +19,17 @@ class LevelBase : public Level {
  public:
   void Add(const AddArguments& arguments) override;
   void SetElementArray(Ref<ElementTable> array) override {
+    unread_ = {};
     m_objBasis.SetElementArray(std::move(array));
   }
-  Ref<ElementTable> ElementArray() const override { return m_objBasis.ElementArray(); }
-  Ref<Level> LastElement() override { return m_objBasis.LastElement(); }
+  Ref<ElementTable> ElementArray() override {
+    Read();
+    return m_objBasis.ElementArray();
+  }
+  Ref<Level> LastElement() override {
+    Read();
+    return m_objBasis.LastElement();
+  }
   void Compare(const Ref<ElementTable>& aOldElement, const Ref<ElementTable>& aNewElement) override;
   void CompareElements(const Ref<ElementTable>& aOldElement, const Ref<ElementTable>& aNewElement,
                        std::string_view strCreateObject) override {
@@ -40,12 +49,23 @@ class LevelBase : public Level {
   // The level number given is ignored: every class writes its own.
   void PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t lngLevel) override;
   void Convert(const Ref<ElementTable>& aReport, const Ref<ElementTable>& aDiffFile) override {
+    unread_ = {};
     m_objBasis.Convert(aReport, aDiffFile);
   }
   void SetInsertionObserver(BeforeInsertHandler* observer) override {
     m_objBasis.SetInsertionObserver(observer);
   }
   int ClassNumber() const override { return number_; }
+  std::string_view UnreadLines() const override { return unread_; }
+
+  // Gives a level object without elements the lines of a file that they are made of once they are
+  // asked for. The lines are well nested, have no status, and live as long as the context's texts.
+  void SetUnread(std::string_view lines) { unread_ = lines; }
+  // Adds the element of such a line, which has no tabs or blanks at its ends. Leaves the error
+  // collection alone; what can be wrong with a line was found out before.
+  void AddAsRead(std::string_view line, BXLineType type);
+  // The child level of the last element, which must have been added by AddAsRead.
+  LevelBase& ChildOfLast();
 
  protected:
   LevelBase(const Ref<EngineContext>& context, int number);
@@ -53,7 +73,7 @@ class LevelBase : public Level {
   int number() const { return number_; }
   BXLevelBasis& basis() { return m_objBasis; }
   // The level's elements; null or without rows when there are none.
-  Ref<ElementTable> Elements() const { return m_objBasis.ElementArray(); }
+  Ref<ElementTable> Elements() { return ElementArray(); }
   TextPool& pool() const { return *m_objBasis.context().pool(); }
   void Yield() const { m_objBasis.context().Yield(); }
   // A procedure of this class that has no message of its own.
@@ -71,7 +91,12 @@ class LevelBase : public Level {
   virtual std::string_view CompareProcedure() const { return "BXLevelBasis_Compare"; }
 
  private:
+  // Makes elements of the lines that have not been read yet.
+  void Read();
+  int ChildClass() const { return std::min(number_ + 1, kLevelCount - 1); }
+
   const int number_;
+  std::string_view unread_;
   BXLevelBasis m_objBasis;
 };
 

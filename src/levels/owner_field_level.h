@@ -14,7 +14,7 @@ class OwnerFieldLevel : public LevelBase {
   using LevelBase::LevelBase;
 
   // What the property of this name sets, or null.
-  virtual const OwnerProperty* GetOwnerField(std::string_view strName) const {
+  virtual const OwnerProperty* GetOwnerField(std::string_view strName) {
     return FindOwnerProperty(number(), strName);
   }
 

@@ -34,24 +34,6 @@ class IoStep {
   Procedure procedure_;
 };
 
-// Takes the next line off `text`, without its line end.
-std::string_view NextLine(std::string_view& text) {
-  const auto end = text.find('\n');
-  std::string_view line = text.substr(0, end);
-  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-  if (end != std::string_view::npos && !line.empty() && line.back() == '\r') line.remove_suffix(1);
-  return line;
-}
-
-void AddLines(std::string_view text, EngineContext& context, BXReportFile& store,
-              ReadStatistics& statistics) {
-  while (!text.empty()) {
-    context.Yield();
-    ++statistics.lines;
-    store.AddLine(NextLine(text));  // which leaves blank lines out
-  }
-}
-
 void WriteLines(const Ref<EngineContext>& context, const std::string& name, BXReportFile& store,
                 FileReplacement& file) {
   const IoStep next(context, "WriteFile", "Fehler beim Ermitteln einer Zeile.");
@@ -96,7 +78,7 @@ Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& contex
     if (HasByteOrderMark(bytes)) throw Failure(kInvalidCall);
     BXReportFile store(context);
     ReadStatistics read;
-    AddLines(context->pool()->Adopt(DecodeWindows1252(std::move(bytes))), *context, store, read);
+    read.lines = store.AddLines(context->pool()->Adopt(DecodeWindows1252(std::move(bytes))));
     read.lines_dropped = store.lines_dropped();
     read.last_level = store.level();
     if (statistics) *statistics = read;

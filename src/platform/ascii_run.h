@@ -31,7 +31,7 @@ inline std::size_t AsciiRunEnd(std::string_view text, std::size_t pos) {
   return pos;
 }
 
-inline char LowerAscii(char byte) {
+constexpr char LowerAscii(char byte) {
   return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
 }
 

@@ -1,5 +1,8 @@
 #include "report/line_syntax.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "platform/number.h"
 #include "platform/text.h"
 
@@ -32,6 +35,14 @@ void SplitVariable(Property& property) {
 }
 
 }  // namespace
+
+std::string_view WithoutTabs(std::string_view line, std::string& storage) {
+  if (line.find('\t') == std::string_view::npos) return line;
+  storage.clear();
+  std::copy_if(line.begin(), line.end(), std::back_inserter(storage),
+               [](char c) { return c != '\t'; });
+  return storage;
+}
 
 bool IsSectionLine(std::string_view strLine) {
   return !strLine.empty() && strLine.front() == '[' && strLine.back() == ']';

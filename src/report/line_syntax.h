@@ -3,9 +3,32 @@
 #include <string>
 #include <string_view>
 
+#include "platform/text.h"
+
 // What a single line of a report means; pure text functions that keep no state.
 
 namespace tessary {
+
+// Takes the first line off `text` and returns it without its line end, LF or CRLF.
+inline std::string_view TakeLine(std::string_view& text) {
+  const auto end = text.find('\n');
+  std::string_view line = text.substr(0, end);
+  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  if (end != std::string_view::npos && !line.empty() && line.back() == '\r') line.remove_suffix(1);
+  return line;
+}
+
+// `line` without tabs and blanks at its ends.
+inline std::string_view TrimTabsAndBlanks(std::string_view line) {
+  const auto is_outer = [](char c) { return c == ' ' || c == '\t'; };
+  while (!line.empty() && is_outer(line.front())) line.remove_prefix(1);
+  while (!line.empty() && is_outer(line.back())) line.remove_suffix(1);
+  return line;
+}
+
+// `line` without any tabs. Tabs mostly indent, so only a line that has some inside is copied, into
+// `storage`.
+std::string_view WithoutTabs(std::string_view line, std::string& storage);
 
 // True when the line is a section header: its first character is "[" and its last is "]".
 bool IsSectionLine(std::string_view strLine);
@@ -19,6 +42,11 @@ struct Property {
   std::string_view strKey;
   std::string_view strValue;
 };
+
+// The name of a property line: what stands before its first "=", or the whole line.
+inline std::string_view NameOfProperty(std::string_view strLine) {
+  return TrimBlanks(strLine.substr(0, strLine.find('=')));
+}
 
 // Splits a property line at its first "="; a line without one has its whole text as name and key.
 // A numbered variable ("User3=@Total;Sum(Price)") gets the name "User" or "Sum", its @-name as

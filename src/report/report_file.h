@@ -11,6 +11,8 @@
 #include "engine/level.h"
 #include "engine/procedure.h"
 #include "engine/write_table.h"
+#include "levels/owner_fields.h"
+#include "report/line_syntax.h"
 
 namespace tessary {
 
@@ -35,6 +37,12 @@ class BXReportFile {
   // levels are left out.
   void AddLine(std::string_view strLine);
 
+  // Reads all lines of a file, which end in LF or CRLF, on a fresh object, and returns how many
+  // they are. The tree is the same as that of AddLine for every line, but the contents of sections
+  // are read only when they are asked for, so the text must be one that the context's pool has
+  // adopted.
+  std::int64_t AddLines(std::string_view strLines);
+
   // The first line; empty when there is none. Changes nothing in the tree but the numbers that the
   // levels keep (variables, columns).
   std::string GetFirstLine();
@@ -51,31 +59,18 @@ class BXReportFile {
   std::int32_t level() const { return m_lngLevel; }
 
  private:
-  // Remembers how far a section was looked for, so that looking again costs only the rows that
-  // have been added since.
-  struct OwnerSearch {
-    Ref<ElementTable> array;
-    Symbol owner = Symbol::kEmpty;
-    std::uint32_t rearrangements = 0;
-    std::int32_t searched = 0;
-    std::int32_t found = 0;
-  };
-
   Procedure InProcedure(std::string_view name, std::string_view message = {}) const {
     return {context_->errors(), "BXReportFile", name, message};
   }
 
-  std::string_view StripLine(std::string_view line);
+  std::string_view StripLine(std::string_view line) {
+    return WithoutTabs(TrimTabsAndBlanks(line), stripped_);
+  }
   void CheckLine(std::string_view strLine, BXLineType& lineType);
-  static bool IsLinesSection(std::string_view strLine);
-  static bool IsBlockStart(std::string_view strLine) { return strLine == "{"; }
-  static bool IsBlockEnd(std::string_view strLine) { return strLine == "}"; }
-  void MoveLevel(std::int32_t by);
   Level& LevelForLine();
   void AddElement(BXLineType type);
   void AddFieldValue(Symbol strFieldOwner, std::int32_t lngOwnerLevel, BXElementArray bxaeField,
                      Symbol strValue);
-  std::int32_t LastRowNamed(const Ref<ElementTable>& array, Symbol owner);
 
   static constexpr std::int32_t kNoLevel = -1;
 
@@ -101,8 +96,7 @@ class BXReportFile {
   std::int64_t lines_dropped_ = 0;
   std::string stripped_;  // storage for the line that lost tabs last
   DiffLine diff_line_;
-  std::array<OwnerSearch, 2> owner_searches_;
-  std::size_t next_search_ = 0;
+  OwnerFields owner_fields_;
 
   Ref<WriteTable> m_aWrite;
   std::int32_t m_lngRow = 0;

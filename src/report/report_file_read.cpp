@@ -3,18 +3,16 @@
 // one level up whenever the level is not that of the line before; these references are never
 // cleared, so a line after a double "{" may hang below an older section.
 
-#include <algorithm>
-
+#include "engine/section_text.h"
+#include "levels/level_base.h"
 #include "levels/report_format.h"
+#include "levels/section_reader.h"
 #include "platform/failure.h"
-#include "platform/text.h"
 #include "report/line_syntax.h"
 #include "report/report_file.h"
 
 namespace tessary {
 namespace {
-
-bool IsBlankOrTab(char c) { return c == ' ' || c == '\t'; }
 
 AddArguments ArgumentsOf(const DiffLine& line, BXLineType type) {
   AddArguments arguments;
@@ -65,44 +63,27 @@ void BXReportFile::AddLine(std::string_view strLine) {
   });
 }
 
-// The line without tabs anywhere and without blanks at its ends. Tabs mostly indent, so only a
-// line that has some inside is copied.
-std::string_view BXReportFile::StripLine(std::string_view line) {
-  while (!line.empty() && IsBlankOrTab(line.front())) line.remove_prefix(1);
-  while (!line.empty() && IsBlankOrTab(line.back())) line.remove_suffix(1);
-  if (line.find('\t') == std::string_view::npos) return line;
-  stripped_.clear();
-  std::copy_if(line.begin(), line.end(), std::back_inserter(stripped_),
-               [](char c) { return c != '\t'; });
-  return stripped_;
-}
-
 void BXReportFile::CheckLine(std::string_view strLine, BXLineType& lineType) {
-  InProcedure("CheckLine").Run([&] {
-    lineType = bxltProperty;
-    if (IsSectionLine(strLine)) {
-      lineType = bxltSection;
-      if (m_lngLevel == 0 || m_lngLevel == 1) m_lngLevel = IsLinesSection(strLine) ? 1 : 0;
-    } else if (IsBlockStart(strLine)) {
-      lineType = bxltUnknown;
-      MoveLevel(1);
-    } else if (IsBlockEnd(strLine)) {
-      lineType = bxltUnknown;
-      MoveLevel(-1);
-    } else if (m_lngLevel == 0) {
-      m_lngLevel = 1;
-    }
-  });
+  InProcedure("CheckLine").Run([&] { lineType = FollowLevel(strLine, m_lngLevel); });
 }
 
-bool BXReportFile::IsLinesSection(std::string_view strLine) {
-  return EqualsIgnoreCase(strLine, kLinesSection);
-}
-
-void BXReportFile::MoveLevel(std::int32_t by) {
-  const std::int64_t level = std::int64_t{m_lngLevel} + by;
-  if (level < INT32_MIN || level > INT32_MAX) throw Failure(kOverflow);
-  m_lngLevel = static_cast<std::int32_t>(level);
+std::int64_t BXReportFile::AddLines(std::string_view strLines) {
+  std::int64_t count = 0;
+  const Ref<Level> top = context_->CreateLevel(0);
+  const std::int32_t level =
+      ReadSection(static_cast<LevelBase&>(*top), strLines, &*context_, count);
+  if (level >= 0) {
+    m_objLevel[0] = top;
+    m_lngLevel = level;
+    return count;
+  }
+  count = 0;
+  while (!strLines.empty()) {
+    context_->Yield();
+    ++count;
+    AddLine(TakeLine(strLines));
+  }
+  return count;
 }
 
 Level& BXReportFile::LevelForLine() {
@@ -127,8 +108,6 @@ void BXReportFile::AddElement(BXLineType type) {
   }
 }
 
-// Writes what a level rule found into the last section of the owner's name, and into what the
-// row before that section knows of it.
 void BXReportFile::AddFieldValue(Symbol strFieldOwner, std::int32_t lngOwnerLevel,
                                  BXElementArray bxaeField, Symbol strValue) {
   InProcedure("AddFieldValue").Run([&] {
@@ -137,31 +116,8 @@ void BXReportFile::AddFieldValue(Symbol strFieldOwner, std::int32_t lngOwnerLeve
     if (!owner_level) throw Failure(kObjectNotSet);
     const Ref<ElementTable> array = owner_level->ElementArray();
     if (IsArrayEmpty(array)) return;
-    const std::int32_t row = LastRowNamed(array, strFieldOwner);
-    if (row == 0) return;
-    array->SetText(row, bxaeField, strValue);
-    if (row == 1) return;
-    array->SetText(row - 1, bxaeField == bxeaKey ? bxeaPosNextKey : bxeaPosNextTyp, strValue);
+    owner_fields_.Set(array, strFieldOwner, bxaeField, strValue);
   });
-}
-
-std::int32_t BXReportFile::LastRowNamed(const Ref<ElementTable>& array, Symbol owner) {
-  const auto known =
-      std::find_if(owner_searches_.begin(), owner_searches_.end(), [&](const OwnerSearch& search) {
-        return search.array == array && search.owner == owner &&
-               search.rearrangements == array->rearrangements();
-      });
-  if (known == owner_searches_.end()) next_search_ = (next_search_ + 1) % owner_searches_.size();
-  OwnerSearch& search = known == owner_searches_.end() ? owner_searches_[next_search_] : *known;
-  if (known == owner_searches_.end()) search = {array, owner, array->rearrangements(), 0, 0};
-  const TextPool& pool = array->pool();
-  for (std::int32_t row = array->rows(); row > search.searched; --row) {
-    if (!pool.Same(array->Row(row).key[bxeaName], owner)) continue;
-    search.found = row;
-    break;
-  }
-  search.searched = array->rows();
-  return search.found;
 }
 
 }  // namespace tessary

@@ -66,7 +66,7 @@ void BXReportFile::AppendRow(std::string& text) {
   }
   m_lngLevel = level;
   m_strLastLine = row;
-  m_strLastOutput = StripLine(row);
+  m_strLastOutput = IsSectionLine(row) ? StripLine(row) : row;  // compared for sections only
   AppendLevelSpace(level, text);
   text.append(row);
 }

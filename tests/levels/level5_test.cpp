@@ -193,7 +193,7 @@ TEST_F(Level5Test, ARenumberingThatFailsIsReportedByTheRenumbering) {
 // Others may listen to insertions as well; they hear of them after the level itself.
 class Observer : public BeforeInsertHandler {
  public:
-  explicit Observer(const Level& level) : level_(level) {}
+  explicit Observer(Level& level) : level_(level) {}
   void BeforeInsert(const Element& element) override {
     const Ref<ElementTable> rows = level_.ElementArray();
     heard.push_back(std::string(rows->pool().Text(element.key[bxeaKey])) +
@@ -205,7 +205,7 @@ class Observer : public BeforeInsertHandler {
   std::vector<std::string> keys;
 
  private:
-  const Level& level_;
+  Level& level_;
 };
 
 TEST_F(Level5Test, AnObserverHearsOfInsertionsAfterTheRenumberingAndBeforeTheNewRow) {

@@ -38,7 +38,7 @@ class GivenLevel : public Level {
 
   void Add(const AddArguments&) override {}
   void SetElementArray(Ref<ElementTable>) override {}
-  Ref<ElementTable> ElementArray() const override { return nullptr; }
+  Ref<ElementTable> ElementArray() override { return nullptr; }
   Ref<Level> LastElement() override { return nullptr; }
   void Compare(const Ref<ElementTable>&, const Ref<ElementTable>&) override {}
   void CompareElements(const Ref<ElementTable>&, const Ref<ElementTable>&,

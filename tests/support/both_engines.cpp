@@ -22,17 +22,34 @@ std::string Outcome(const std::function<std::string()>& work) {
   }
 }
 
+using Reader = Ref<ElementTable> (*)(const Ref<EngineContext>&, const Lines&);
+using Teller = std::string (*)(const Ref<ElementTable>&);
+
+std::string TellNothing(const Ref<ElementTable>&) { return {}; }
+
+// What the work comes to, whichever way the engine reads. Telling a tree reads all of it, so what
+// is written is also looked at without.
+std::string EngineOutcome(const std::function<std::string(Reader, Teller)>& work) {
+  for (const Teller tell : {&TellNothing, &Dump}) {
+    const std::string by_line = Outcome([&] { return work(&ReadLines, tell); });
+    const std::string by_file = Outcome([&] { return work(&ReadFileOfLines, tell); });
+    if (by_line != by_file) return "by line\n" + by_line + "by file\n" + by_file;
+    if (tell == &Dump) return by_file;
+  }
+  return {};
+}
+
 std::string EngineCompare(const Lines& old_lines, const Lines& new_lines, Lines& difference) {
-  const TestEngine engine;
-  return Outcome([&] {
-    const auto old_tree = ReadLines(engine.context, old_lines);
-    const auto new_tree = ReadLines(engine.context, new_lines);
+  return EngineOutcome([&](Reader read, Teller tell) {
+    const TestEngine engine;
+    const auto old_tree = read(engine.context, old_lines);
+    const auto new_tree = read(engine.context, new_lines);
     const auto level = engine.NewLevel(0);
     level->Compare(old_tree, new_tree);
-    const std::string tree = Dump(level->ElementArray());
+    const std::string tree = tell(level->ElementArray());
     difference = WriteLines(engine.context, level->ElementArray());
-    return tree + "--\n" + model::Text(difference) + "--\n" + Dump(old_tree) + "--\n" +
-           Dump(new_tree);
+    return tree + "--\n" + model::Text(difference) + "--\n" + tell(old_tree) + "--\n" +
+           tell(new_tree);
   });
 }
 
@@ -49,12 +66,12 @@ std::string ModelCompare(const Lines& old_lines, const Lines& new_lines) {
 }
 
 std::string EngineConvert(const Lines& report, const Lines& difference) {
-  const TestEngine engine;
-  return Outcome([&] {
-    const auto report_tree = ReadLines(engine.context, report);
-    const auto diff_tree = ReadLines(engine.context, difference);
+  return EngineOutcome([&](Reader read, Teller tell) {
+    const TestEngine engine;
+    const auto report_tree = read(engine.context, report);
+    const auto diff_tree = read(engine.context, difference);
     engine.NewLevel(0)->Convert(report_tree, diff_tree);
-    const std::string tree = Dump(report_tree);
+    const std::string tree = tell(report_tree);
     return tree + "--\n" + model::Text(WriteLines(engine.context, report_tree));
   });
 }
@@ -72,17 +89,19 @@ std::string ModelConvert(const Lines& report, const Lines& difference) {
 }  // namespace
 
 BothOutcomes ReadByBoth(const Lines& lines) {
-  const TestEngine engine;
-  return {Outcome([&] { return Dump(ReadLines(engine.context, lines)); }),
+  return {EngineOutcome([&](Reader read, Teller tell) {
+            const TestEngine engine;
+            return tell(read(engine.context, lines));
+          }),
           Outcome([&] { return model::Dump(model::ReadLines(lines)); })};
 }
 
 BothOutcomes RoundTripByBoth(const Lines& lines) {
-  const TestEngine engine;
-  const auto by_engine = [&] {
-    return model::Text(WriteLines(engine.context, ReadLines(engine.context, lines)));
+  const auto by_engine = [&](Reader read, Teller) {
+    const TestEngine engine;
+    return model::Text(WriteLines(engine.context, read(engine.context, lines)));
   };
-  return {Outcome(by_engine),
+  return {EngineOutcome(by_engine),
           Outcome([&] { return model::Text(model::WriteLines(model::ReadLines(lines))); })};
 }
 

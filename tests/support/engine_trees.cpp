@@ -31,6 +31,15 @@ Ref<ElementTable> ReadLines(const Ref<EngineContext>& context,
   return store.ReportFile();
 }
 
+Ref<ElementTable> ReadFileOfLines(const Ref<EngineContext>& context,
+                                  const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\r\n";
+  BXReportFile store(context);
+  store.AddLines(context->pool()->Adopt(std::move(text)));
+  return store.ReportFile();
+}
+
 std::vector<std::string> WriteLines(const Ref<EngineContext>& context,
                                     const Ref<ElementTable>& tree) {
   BXReportFile store(context);

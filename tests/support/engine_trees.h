@@ -22,6 +22,11 @@ struct TestEngine {
 Ref<ElementTable> ReadLines(const Ref<EngineContext>& context,
                             const std::vector<std::string>& lines);
 
+// The same tree, read as a file at a time: contents of sections are left unread until they are
+// asked for.
+Ref<ElementTable> ReadFileOfLines(const Ref<EngineContext>& context,
+                                  const std::vector<std::string>& lines);
+
 // The lines that a tree is written as; renumbers in the tree.
 std::vector<std::string> WriteLines(const Ref<EngineContext>& context,
                                     const Ref<ElementTable>& tree);

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Registers the component, runs the scripts against it, unregisters it and finds the registry as it
 # was; then the same registration for the current user.
-#   registration_test.sh DLL SCRIPT_HOST REGISTERED_CLIENT CLOSE_PROTOCOLS SOURCES SYSTEM_FOLDER
+#   registration_test.sh DLL SCRIPT_HOST REGISTERED_CLIENT CLOSE_PROTOCOLS SOURCES SYSTEM_FOLDER [64_BIT_DLL]
+# A 32-bit DLL is also registered beside the 64-bit one, where that has been built.
 set -euo pipefail
 dll=$1
 script_host=$2
@@ -9,6 +10,7 @@ registered_client=$3
 close_protocols=$4
 sources=$5
 system="C:\\windows\\$6"
+dll_64=${7:-}
 scripts=$sources/tests/windows/scripts
 work=$(mktemp -d)
 closer=
@@ -16,6 +18,7 @@ trap 'regsvr32 /u || true; [ -z "$closer" ] || kill "$closer"; rm -rf "$work"' E
 
 native() { printf 'Z:%s' "${1//\//\\}"; }
 regsvr32() { timeout 60 wine "$system\\regsvr32.exe" /s "$@" "$(native "$dll")" </dev/null; }
+regsvr64() { timeout 60 wine 'C:\windows\system32\regsvr32.exe' /s "$@" "$(native "$dll_64")" </dev/null; }
 # The keys below which all classes are registered may stay, empty.
 classes() {
   local key
@@ -29,7 +32,7 @@ is_clean() {
   classes after
   diff "$work/before.txt" "$work/after.txt"
 }
-value() { timeout 60 wine reg query "$1" /ve </dev/null 2>/dev/null | tr -d '\r'; }
+value() { timeout 60 wine reg query "$1" /ve "${@:2}" </dev/null 2>/dev/null | tr -d '\r'; }
 run_script() {
   echo "== $1"
   timeout 120 wine "$script_host" "$(native "$scripts/$1")" "${@:2}" </dev/null
@@ -107,4 +110,29 @@ echo "== current user"
 regsvr32 /n /i:user
 grep -q 'Tessary Berichtskonvertierung' <<<"$(value 'HKCU\Software\Classes\Tessary.BXConvertLLMgr.1')"
 regsvr32 /u /n /i:user
+is_clean
+
+[ -n "$dll_64" ] || exit 0
+[ -e "$dll_64" ] || { echo "NOT TESTED: both side by side, since $dll_64 is missing"; exit 0; }
+echo "== both side by side"
+server="HKLM\\Software\\Classes\\CLSID\\$(sed -n 's/.*comClass clsid="\([^"]*\)".*/\1/p' "${dll%.dll}.manifest" | head -n 1)\\InprocServer32"
+both_names() {
+  grep -q 'Tessary Berichtskonvertierung' <<<"$(value 'HKLM\Software\Classes\Tessary.BXConvertLLMgr.1')"
+  grep -q 'Tessary.BXLevel9.1' <<<"$(value 'HKLM\Software\Classes\Tessary.BXLevel9\CurVer')"
+}
+regsvr64
+regsvr32
+value "$server" /reg:64 | grep -qF "$(native "$dll_64")"
+value "$server" /reg:32 | grep -qF "$(native "$dll")"
+echo "== the other one goes first"
+regsvr64 /u
+both_names
+timeout 60 wine "$registered_client" </dev/null
+echo "== the other one stays"
+regsvr64
+regsvr32 /u
+both_names
+value "$server" /reg:64 | grep -qF "$(native "$dll_64")"
+if timeout 60 wine "$registered_client" </dev/null >/dev/null 2>&1; then echo "a 32-bit client must not get the 64-bit one"; exit 1; fi
+regsvr64 /u
 is_clean

@@ -7,7 +7,9 @@
 
 #include "platform/windows/file_replacement.h"
 
+#include <cstddef>
 #include <optional>
+#include <vector>
 
 #include "platform/failure.h"
 #include "platform/windows/native_path.h"
@@ -53,6 +55,18 @@ DWORD ErrorOf(Call call) {
 }
 
 bool IsHalfDone(DWORD error) { return error == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2; }
+
+// The system keeps the access list when it replaces a file, but not everything that passes for the
+// system does (Wine, some file servers). A file without an access list has none to keep.
+void CopyAccessList(const std::wstring& from, const std::wstring& to) {
+  DWORD size = 0;
+  GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+  std::vector<std::byte> list(size);
+  if (size != 0 &&
+      GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, list.data(), size, &size)) {
+    SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, list.data());
+  }
+}
 
 class InPlaceReplacement final : public WindowsReplacement {
  public:
@@ -148,6 +162,7 @@ class TemporaryReplacement final : public WindowsReplacement {
     const std::wstring backup = BackupPathOf(target_).value();
     // Not every file server renames a file that is open.
     replaced_->handle.Close();
+    CopyAccessList(target_, file_->path());
     const DWORD error = ErrorOf([&] {
       return ReplaceFileW(target_.c_str(), file_->path().c_str(), backup.c_str(), 0, nullptr,
                           nullptr);

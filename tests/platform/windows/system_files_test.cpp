@@ -12,6 +12,9 @@
 #include "support/failure_number.h"
 #include "support/temporary_folder.h"
 
+// Behind the system's own header.
+#include <sddl.h>
+
 namespace tessary {
 namespace {
 
@@ -21,6 +24,34 @@ DWORD AttributesOf(const std::string& path) { return GetFileAttributesW(NativePa
 
 void SetAttributes(const std::string& path, DWORD attributes) {
   ASSERT_TRUE(SetFileAttributesW(NativePath(path).c_str(), attributes));
+}
+
+// Owner or access list of a file as text ("D:P(A;;FA;;;...)"), empty where the system tells none.
+std::wstring SecurityOf(const std::string& path, SECURITY_INFORMATION part) {
+  std::vector<std::byte> descriptor(64 * 1024);
+  DWORD needed = 0;
+  wchar_t* text = nullptr;
+  if (!GetFileSecurityW(NativePath(path).c_str(), part, descriptor.data(),
+                        static_cast<DWORD>(descriptor.size()), &needed) ||
+      !ConvertSecurityDescriptorToStringSecurityDescriptorW(descriptor.data(), SDDL_REVISION_1,
+                                                            part, &text, nullptr)) {
+    return {};
+  }
+  std::wstring result = text;
+  LocalFree(text);
+  return result;
+}
+
+bool SetAccessList(const std::string& path, const std::wstring& list) {
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  if (!ConvertStringSecurityDescriptorToSecurityDescriptorW(list.c_str(), SDDL_REVISION_1,
+                                                            &descriptor, nullptr)) {
+    return false;
+  }
+  const bool done =
+      SetFileSecurityW(NativePath(path).c_str(), DACL_SECURITY_INFORMATION, descriptor) != 0;
+  LocalFree(descriptor);
+  return done;
 }
 
 class SystemFilesTest : public testing::Test {
@@ -203,6 +234,19 @@ TEST_F(SystemFilesTest, ReplacingKeepsAttributes) {
     GTEST_SKIP() << "NOT TESTED: this file system keeps no attributes";
   Replace(path, "new");
   EXPECT_EQ(AttributesOf(path) & kAttributes, kAttributes);
+  EXPECT_EQ(GetFile(path), "new");
+}
+
+TEST_F(SystemFilesTest, ReplacingKeepsTheAccessList) {
+  const std::string path = Put("a.lst", "old");
+  const std::wstring usual = SecurityOf(path, DACL_SECURITY_INFORMATION);
+  const std::wstring owner = SecurityOf(path, OWNER_SECURITY_INFORMATION);  // "O:S-1-..."
+  ASSERT_GT(owner.size(), 2u);
+  ASSERT_TRUE(SetAccessList(path, L"D:P(A;;FA;;;" + owner.substr(2) + L")"));
+  const std::wstring own = SecurityOf(path, DACL_SECURITY_INFORMATION);
+  if (own == usual) GTEST_SKIP() << "NOT TESTED: this file system keeps no access lists";
+  Replace(path, "new");
+  EXPECT_EQ(SecurityOf(path, DACL_SECURITY_INFORMATION), own);
   EXPECT_EQ(GetFile(path), "new");
 }
 

@@ -1,0 +1,156 @@
+// Only the first and last characters of a line and its first "=" are looked at, which costs far
+// less than making elements of the lines. Whatever is not plain at this glance is left to those
+// who read the contents.
+
+#include "engine/section_text.h"
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+#include "platform/ascii_run.h"
+#include "platform/failure.h"
+#include "platform/text.h"
+#include "report/line_syntax.h"
+
+namespace tessary {
+namespace {
+
+constexpr std::int32_t kVariableLevel = 1;
+constexpr std::int32_t kColumnLevel = 7;
+
+void Move(std::int32_t& level, std::int32_t by) {
+  const std::int64_t moved = std::int64_t{level} + by;
+  if (moved < INT32_MIN || moved > INT32_MAX) throw Failure(kOverflow);
+  level = static_cast<std::int32_t>(moved);
+}
+
+// The name of a property whose value is kept as it stands; empty where it takes more than a glance.
+std::string_view PlainName(std::string_view line) {
+  std::size_t equals = 0;  // names are short, a call would take longer
+  while (equals < line.size() && line[equals] != '=') ++equals;
+  if (equals == line.size() || equals == 0 || line[equals - 1] == ' ') return {};
+  const std::string_view value = TrimLeadingBlanks(line.substr(equals + 1));
+  if (value.starts_with('@')) return {};
+  return line.substr(0, equals);
+}
+
+// The beginning or the end of a text as a word, made small; `text` is ASCII.
+std::uint64_t SmallWord(std::string_view text) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, text.data(), text.size());
+  return LowerAsciiWord(word);
+}
+
+// A number that differs for most elements of one list that differ without regard to case.
+std::uint64_t Mark(std::string_view name, std::uint64_t list) {
+  const std::uint64_t first = SmallWord(name.substr(0, kWordBytes));
+  const std::uint64_t last =
+      name.size() <= kWordBytes ? 0 : SmallWord(name.substr(name.size() - kWordBytes));
+  std::uint64_t mark = (first + list * 0xFF51AFD7ED558CCDu + name.size()) * 0x9E3779B97F4A7C15u;
+  return (mark ^ mark >> 32 ^ last) * 0xFF51AFD7ED558CCDu;
+}
+
+// A handful of marks is told apart by the bits that they set; more of them are put in order.
+class DistinctMarks {
+ public:
+  void Add(std::uint64_t mark) {
+    std::uint64_t& word = bits_[static_cast<std::size_t>(mark >> 60)];
+    const std::uint64_t bit = std::uint64_t{1} << (mark >> 54 & 63);
+    clash_ |= (word & bit) != 0;
+    word |= bit;
+    if (count_ < first_.size()) {
+      first_[count_] = mark;
+    } else {
+      if (count_ == first_.size()) rest_.assign(first_.begin(), first_.end());
+      rest_.push_back(mark);
+    }
+    ++count_;
+  }
+
+  bool AllDistinct() {
+    if (!clash_) return true;
+    if (count_ <= first_.size()) rest_.assign(first_.begin(), first_.begin() + count_);
+    std::sort(rest_.begin(), rest_.end());
+    return std::adjacent_find(rest_.begin(), rest_.end()) == rest_.end();
+  }
+
+ private:
+  std::array<std::uint64_t, 16> bits_{};
+  bool clash_ = false;
+  std::array<std::uint64_t, 32> first_;
+  std::size_t count_ = 0;
+  std::vector<std::uint64_t> rest_;
+};
+
+}  // namespace
+
+BXLineType FollowLevel(std::string_view line, std::int32_t& level) {
+  if (IsSectionLine(line)) {
+    if (level == 0 || level == 1) level = IsLinesSection(line) ? 1 : 0;
+    return bxltSection;
+  }
+  const bool opens = IsBlockStart(line);
+  if (opens || IsBlockEnd(line)) {
+    Move(level, opens ? 1 : -1);
+    return bxltUnknown;
+  }
+  if (level == 0) level = 1;
+  return bxltProperty;
+}
+
+void LineWalker::TakeStripped() {
+  const auto is_outer = [](char c) { return c == ' ' || c == '\t'; };
+  begin_ = next_;
+  const auto* const end = static_cast<const char*>(
+      std::memchr(next_, '\n', static_cast<std::size_t>(text_end_ - next_)));
+  const char* last = end ? end : text_end_;
+  next_ = end ? end + 1 : text_end_;
+  const char* first = begin_;
+  if (end && last != first && last[-1] == '\r') --last;
+  while (first != last && is_outer(*first)) ++first;
+  while (first != last && is_outer(last[-1])) --last;
+  line_ = {first, static_cast<std::size_t>(last - first)};
+}
+
+bool IsComputed(std::string_view name, std::int32_t level) {
+  if (level == kVariableLevel)
+    return EqualsIgnoreCase(name, "User") || EqualsIgnoreCase(name, "Sum");
+  return level == kColumnLevel && EqualsIgnoreCase(name, "Columns");
+}
+
+bool HasDistinctElements(std::string_view contents, std::int32_t level) {
+  DistinctMarks marks;
+  std::array<std::uint64_t, kDeepestLevel + 2> lists{};
+  std::uint64_t list_count = 0;
+  for (LineWalker line(contents, level - 1); line.Next();) {
+    if (line.type() == bxltUnknown) continue;
+    const std::string_view name = line.type() == bxltSection ? line.line() : PlainName(line.line());
+    if (name.empty() || AsciiRunEnd(name, 0) != name.size()) return false;
+    if (name.find('\t') != std::string_view::npos) return false;
+    const auto place = static_cast<std::size_t>(line.level());
+    lists[place + 1] = ++list_count;
+    marks.Add(Mark(name, lists[place]));
+  }
+  return marks.AllDistinct();
+}
+
+bool AppendAsRead(std::string_view contents, std::int32_t level, WriteTable& rows) {
+  const std::int32_t before = rows.rows();
+  for (LineWalker line(contents, level - 1); line.Next();) {
+    if (line.type() == bxltUnknown) continue;
+    const bool plain =
+        line.line().find('\t') == std::string_view::npos && (line.type() == bxltSection || [&] {
+          const std::string_view name = PlainName(line.line());
+          return !name.empty() && !IsComputed(name, line.level());
+        }());
+    if (!plain) {
+      rows.Truncate(before);
+      return false;
+    }
+    rows.Append(line.level(), line.line());
+  }
+  return true;
+}
+
+}  // namespace tessary

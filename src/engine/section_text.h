@@ -1,0 +1,112 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "engine/element.h"
+#include "engine/write_table.h"
+#include "platform/text.h"
+
+// The contents of a section while they are still lines of a file. A text that is well nested reads
+// the same from any section in it as from its beginning, so that the contents of a section need not
+// be read before somebody looks at them.
+
+namespace tessary {
+
+// The section header that does not return to level 0 when it is met at level 0 or 1.
+inline constexpr std::string_view kLinesSection = "[@Lines]";
+
+inline bool IsLinesSection(std::string_view strLine) {
+  return EqualsIgnoreCase(strLine, kLinesSection);
+}
+inline bool IsBlockStart(std::string_view strLine) { return strLine == "{"; }
+inline bool IsBlockEnd(std::string_view strLine) { return strLine == "}"; }
+
+// Lines stand on levels 0 to 9.
+inline constexpr std::int32_t kDeepestLevel = 9;
+
+// What kind of line this is, and the level of it and what follows: section headers and braces move
+// `level`, which is that of the line before. `line` has no tabs or blanks at its ends; an empty one
+// counts as a property. bxltUnknown: a brace. Raises Failure 6 where the level leaves the range of
+// its type.
+BXLineType FollowLevel(std::string_view line, std::int32_t& level);
+
+// Goes through the lines of a text.
+class LineWalker {
+ public:
+  // `level`: of the line before the text, 0 for a whole file.
+  LineWalker(std::string_view text, std::int32_t level)
+      : next_(text.data()), text_end_(text.data() + text.size()), level_(level) {}
+
+  // Goes on to the next line; false at the end.
+  bool Next() {
+    if (next_ == text_end_) return false;
+    TakeStripped();
+    const char first = line_.empty() ? '\0' : line_.front();
+    if (line_.empty()) {
+      type_ = bxltUnknown;
+    } else if (level_ == 0 || first == '[' || first == '{' || first == '}') {
+      type_ = FollowLevel(line_, level_);
+    } else {
+      type_ = bxltProperty;
+    }
+    return true;
+  }
+
+  // The line without tabs and blanks at its ends, and what it is: bxltUnknown for a line that is
+  // empty and for a brace.
+  std::string_view line() const { return line_; }
+  BXLineType type() const { return type_; }
+  std::int32_t level() const { return level_; }
+  // Where the line begins and where the next one does.
+  const char* begin() const { return begin_; }
+  const char* end() const { return next_; }
+
+ private:
+  void TakeStripped();
+
+  const char* next_;
+  const char* text_end_;
+  std::int32_t level_;
+  const char* begin_ = nullptr;
+  std::string_view line_;
+  BXLineType type_ = bxltUnknown;
+};
+
+// Tells whether the lines of a text are well nested: each line stands one level below the last
+// line before it that stands higher. Holds for every report but damaged ones.
+class NestingCheck {
+ public:
+  // `level`: the level that the topmost lines of the text have.
+  explicit NestingCheck(std::int32_t level) : open_levels_(1u << level) {}
+
+  // Takes the lines in their order; false when this one is out of place.
+  bool Takes(const LineWalker& line) {
+    if (line.level() < 0 || line.level() > kDeepestLevel) return false;
+    if (line.type() == bxltUnknown) return true;
+    const std::uint32_t level = 1u << line.level();
+    if ((open_levels_ & level) == 0) return false;
+    open_levels_ = (open_levels_ & (level - 1)) | level | level << 1;
+    return true;
+  }
+
+ private:
+  // For each level, whether a line may stand there: one stands a level higher, and none above that
+  // since.
+  std::uint32_t open_levels_;
+};
+
+// True when no two lines of one list in this text, the contents of a section, can be taken for the
+// same element, so that each is found again in an equal text. May be false where it would be true.
+bool HasDistinctElements(std::string_view contents, std::int32_t level);
+
+// Appends the contents of a section, whose topmost lines stand at `level`, as the rows that they
+// are written as. False, and nothing appended, when some line has to be read for that.
+bool AppendAsRead(std::string_view contents, std::int32_t level, WriteTable& rows);
+
+// True for a property whose name or value follows from the lines around it when it is written.
+bool IsComputed(std::string_view name, std::int32_t level);
+
+}  // namespace tessary

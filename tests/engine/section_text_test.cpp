@@ -1,0 +1,176 @@
+#include "engine/section_text.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+#include "support/engine_fixture.h"
+
+namespace tessary {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::string Text(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
+}
+
+std::vector<std::string> Walk(const std::string& text, std::int32_t level) {
+  std::vector<std::string> steps;
+  for (LineWalker line(text, level); line.Next();) {
+    steps.push_back(std::to_string(line.level()) + "SP-"[line.type()] + std::string(line.line()));
+  }
+  return steps;
+}
+
+TEST(LineWalker, FollowsTheLevelThroughHeadersAndBraces) {
+  EXPECT_THAT(
+      Walk(Text({"[A]", " X=1", "[@Lines]", "{", "\t[B] ", "{", "", "Y", "}", "}", "[C]"}), 0),
+      ElementsAre("0S[A]", "1PX=1", "1S[@Lines]", "2-{", "2S[B]", "3-{", "3-", "3PY", "2-}", "1-}",
+                  "0S[C]"));
+}
+
+TEST(LineWalker, TakesLineEndsApart) {
+  EXPECT_THAT(Walk("[A]\r\nX=1\n\r\nY=2\r", 0), ElementsAre("0S[A]", "1PX=1", "1-", "1PY=2\r"));
+  EXPECT_THAT(Walk("", 0), IsEmpty());
+  EXPECT_THAT(Walk("\n", 0), ElementsAre("0-"));
+}
+
+TEST(LineWalker, KnowsWhereLinesBeginAndEnd) {
+  const std::string text = " [A]\r\n X=1\r\n";
+  LineWalker line(text, 0);
+  ASSERT_TRUE(line.Next());
+  ASSERT_TRUE(line.Next());
+  EXPECT_EQ(line.begin(), text.data() + 6);
+  EXPECT_EQ(line.end(), text.data() + text.size());
+  EXPECT_FALSE(line.Next());
+}
+
+bool IsWellNested(const std::vector<std::string>& lines) {
+  const std::string text = Text(lines);
+  NestingCheck nesting(0);
+  for (LineWalker line(text, 0); line.Next();) {
+    if (!nesting.Takes(line)) return false;
+  }
+  return true;
+}
+
+TEST(NestingCheck, WantsEachLineBelowTheOneBefore) {
+  const std::vector<std::string> ten_levels = {"[A]", "B", "{", "C", "{", "D", "{", "E", "{",
+                                               "F",   "{", "G", "{", "H", "{", "I", "{", "J",
+                                               "}",   "}", "}", "}", "}", "}", "}", "}", "[B]"};
+  std::vector<std::string> eleven_levels = ten_levels;
+  eleven_levels.insert(eleven_levels.begin() + 18, {"{", "K", "}"});
+  struct Row {
+    const char* name;
+    std::vector<std::string> lines;
+    bool well_nested;
+  };
+  const Row rows[] = {
+      {"nothing", {}, true},
+      {"a section", {"[A]", "X=1"}, true},
+      {"all levels", ten_levels, true},
+      {"one level too deep", eleven_levels, false},
+      {"a property without a section", {"X=1"}, false},
+      {"two braces at once", {"[A]", "X=1", "{", "{", "Y=1", "}", "}"}, false},
+      {"two braces at once, below what another section had",
+       {"[A]", "X", "{", "Y", "}", "[B]", "X", "{", "{", "Z", "}", "}"},
+       false},
+      {"an empty block", {"[A]", "X", "{", "}", "{", "Y", "}"}, true},
+      {"a block that goes on", {"[A]", "X", "{", "Y", "}", "{", "Z", "}"}, true},
+      {"a brace too many", {"[A]", "X", "}", "}"}, false},
+      {"an open end", {"[A]", "X", "{", "Y"}, true},
+      {"a section below a section", {"[A]", "{", "[B]", "}"}, false},
+  };
+  for (const Row& row : rows) EXPECT_EQ(IsWellNested(row.lines), row.well_nested) << row.name;
+}
+
+TEST(HasDistinctElements, IsFalseWhereverElementsMayBeTheSame) {
+  std::vector<std::string> many;
+  for (int n = 0; n < 2000; ++n) many.push_back("Property" + std::to_string(n) + "=1");
+  std::vector<std::string> many_and_one = many;
+  many_and_one.push_back("PROPERTY1234=2");
+  struct Row {
+    const char* name;
+    std::vector<std::string> lines;
+    bool distinct;
+  };
+  const Row rows[] = {
+      {"nothing", {}, true},
+      {"other names", {"A=1", "B=1"}, true},
+      {"the same name", {"A=1", "B=1", "A=2"}, false},
+      {"another letter case", {"Name=1", "NAME=2"}, false},
+      {"names that differ behind the eighth letter", {"Variable1=1", "Variable2=2"}, true},
+      {"names that differ in the middle only",
+       {"Variable1Variable=1", "Variable2Variable=2"},
+       false},
+      {"the same name in different lists",
+       {"A=1", "[@Lines]", "{", "A=1", "[S]", "{", "A=1", "}", "[T]", "{", "A=1", "}", "}"},
+       true},
+      {"the same name on both sides of what is below",
+       {"[@Lines]", "{", "A=1", "[S]", "{", "B=1", "}", "A=2", "}"},
+       false},
+      {"the same section", {"[@Lines]", "{", "[S]", "[T]", "[S]", "}"}, false},
+      {"a variable, whose name is not what it seems", {"User1=@A;1"}, false},
+      {"letters beyond ASCII", {"Größe=1"}, false},
+      {"a tab in the name", {"A\tB=1"}, false},
+      {"blanks behind the name", {"A =1"}, false},
+      {"no equals sign", {"A"}, false},
+      {"no name", {"=1"}, false},
+      {"many", many, true},
+      {"many and one twice", many_and_one, false},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(HasDistinctElements(Text(row.lines), 1), row.distinct) << row.name;
+  }
+}
+
+TEST(AppendAsRead, GivesTheRowsOrNothing) {
+  struct Row {
+    const char* name;
+    std::vector<std::string> lines;
+    bool done;
+  };
+  const Row rows[] = {
+      {"properties", {" A=1 ", "\tB= x y", "C="}, true},
+      {"a tab inside", {"A=1", "B=x\ty"}, false},
+      {"no equals sign", {"A=1", "B"}, false},
+      {"no name", {"=1"}, false},
+      {"blanks behind the name", {"A =1"}, false},
+      {"a variable", {"User1=@A;1"}, false},
+      {"the name of a variable", {"A=1", "user=1"}, false},
+      {"the other name of a variable", {"SUM=1"}, false},
+      {"the name of a variable deeper", {"A=1", "{", "User=1", "}"}, true},
+      {"the name of the number of columns", {"Columns=1"}, true},
+  };
+  for (const Row& row : rows) {
+    WriteTable table;
+    table.Append(0, "[Before]");
+    EXPECT_EQ(AppendAsRead(Text(row.lines), 1, table), row.done) << row.name;
+    if (!row.done) {
+      EXPECT_EQ(table.rows(), 1) << row.name;
+      table.Append(0, "[Behind]");
+      EXPECT_EQ(table.Text(2), "[Behind]") << row.name;
+    }
+  }
+}
+
+TEST(AppendAsRead, KeepsTheLevels) {
+  const Ref<WriteTable> table = MakeRef<WriteTable>();
+  EXPECT_TRUE(
+      AppendAsRead(Text({"[@Lines]", "  {", "\t[S]", "", "{", "A= 1", "}", "}"}), 1, *table));
+  EXPECT_THAT(WriteRows(table), ElementsAre("1 [@Lines]", "2 [S]", "3 A= 1"));
+}
+
+TEST(AppendAsRead, LeavesTheNumberOfColumnsToThoseWhoCount) {
+  WriteTable table;
+  EXPECT_FALSE(AppendAsRead(Text({"{", "COLUMNS=3", "}"}), 7, table));
+  EXPECT_TRUE(AppendAsRead(Text({"{", "Columns=3", "}"}), 8, table));
+}
+
+}  // namespace
+}  // namespace tessary
