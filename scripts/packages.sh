@@ -15,9 +15,10 @@ need_packages() {
 }
 
 build_packages=(g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev)
-test_packages=(libgtest-dev libgmock-dev util-linux)
+test_packages=(libgtest-dev libgmock-dev util-linux python3 parallel)
 sanitizer_packages=(clang libclang-rt-14-dev)
 windows_packages=(lld g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest
   wine wine64 wine64-tools libwine libwine-dev faketime xvfb fonts-liberation fonts-wine)
 bench_packages=(libbenchmark-dev python3 diffutils patch git strace time valgrind)
 count_packages=(valgrind time)
+package_packages=(python3 cmark-gfm zip unzip nsis file)

@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Builds everything and runs all tests; installs what is missing. Ends with "N passed, N failed".
 #   scripts/test.sh          release and sanitizer builds, instruction counts, the protocol pages in a
-#                            browser, and the Windows products of both architectures under Wine
+#                            browser, the Debian package, and the Windows products of both
+#                            architectures under Wine; the packages for Windows are tested by
+#                            scripts/package-tests.sh
 #   scripts/test.sh --fast   the native tests of the release build only
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -75,6 +77,7 @@ else
   build asan
   run_tests asan
   add_up scripts/page-tests.sh
+  add_up scripts/package-tests.sh deb
   wait "$windows" || true
   add_up cat build/windows-products.log
 fi
