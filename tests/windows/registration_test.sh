@@ -90,7 +90,7 @@ grep -q '11 Umwandlungen gelungen' "$work/client.txt"
 echo "== the script of the reference"
 cp "$sources"/samples/kunde/Berichte/*.lst "$work/samples/kunde/Berichte/"
 windows_work=$(native "$work/samples")
-sed -n '/^```vbs$/,/^```$/{/^```/d;p}' "$sources/docs/com-reference.md" |
+sed -n '/^```vbs$/,/^```$/{/^```/d;p}' "$sources/README.md" |
   sed "s|C:\\\\Produkt\\\\Differenz|${windows_work//\\/\\\\}\\\\Differenzen|; s|C:\\\\Produkt|${windows_work//\\/\\\\}\\\\kunde|" >"$work/readme.vbs"
 grep -q "ConvertReports(\"$(native "$work" | sed 's/\\/\\\\/g')" "$work/readme.vbs"
 cscript "$work/readme.vbs" | tee "$work/readme.txt"
