@@ -87,10 +87,11 @@ class InPlaceReplacement final : public WindowsReplacement {
   }
 
   void WriteContents() {
-    for (std::string_view rest = contents_; !rest.empty(); damaged_ = true)
+    // A write that fails may have written all the same, as over a network.
+    damaged_ = true;
+    for (std::string_view rest = contents_; !rest.empty();)
       rest.remove_prefix(WriteSome(handle(), rest));
     if (!TryResize(handle(), contents_.size())) FailWithLastError();
-    damaged_ = true;
   }
 
   OpenedFile file_;

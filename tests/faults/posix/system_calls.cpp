@@ -43,7 +43,11 @@ bool Fails() {
 }
 
 // True when the next call will fail or be the last.
-bool IsCutShort() { return watched && (count + 1 == fails_at || count + 1 == dies_at); }
+// A call that a signal interrupts has done nothing.
+bool IsCutShort() {
+  const bool fails = count + 1 == fails_at && failure != EINTR;
+  return watched && (fails || count + 1 == dies_at);
+}
 
 std::string PathOf(int fd) {
   char path[4096];
