@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Builds everything and runs all tests; installs what is missing. Ends with "N passed, N failed".
-#   scripts/test.sh          release and sanitizer builds, instruction counts, the protocol pages in a
-#                            browser, and the 64-bit Windows products under Wine; those for 32 bit
-#                            are tested by scripts/windows-tests.sh
+#   scripts/test.sh          release and sanitizer builds, instruction counts, a few faults put into the
+#                            code, short fuzzing, the protocol pages in a browser, and the 64-bit Windows
+#                            products under Wine; those for 32 bit are tested by scripts/windows-tests.sh
 #   scripts/test.sh --fast   the native tests of the release build only
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -61,8 +61,10 @@ build release
 run_tests release
 if [ "$fast" = no ]; then
   add_up scripts/instruction-counts.sh
+  add_up scripts/mutants.sh --short
   build asan
   run_tests asan
+  add_up scripts/fuzz.sh 15
   add_up scripts/page-tests.sh
   add_up scripts/windows-tests.sh x64
 fi
