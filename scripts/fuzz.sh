@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the fuzz targets, one after the other, each for SECONDS; installs what is missing. Ends with
-# "N passed, N failed". Inputs that end a target are kept in build/fuzz/crashes.
+# Runs the fuzz targets, one per processor at a time, each for SECONDS; installs what is missing.
+# Ends with "N passed, N failed". Inputs that end a target are kept in build/fuzz/crashes.
 #   scripts/fuzz.sh SECONDS [TARGET...]          all targets unless some are named
 #   scripts/fuzz.sh --keep SECONDS [TARGET...]   adds what reaches new code to tests/fuzz/corpus
 set -euo pipefail
@@ -28,25 +28,39 @@ cmake --build --preset asan --target "${targets[@]/#/fuzz_}" >build/fuzz/build.l
 
 # A new input is at most this long; longer ones cost speed and show nothing new.
 most_bytes=4096
+mkdir -p build/fuzz/crashes
+
+# fuzz TARGET: leaves build/fuzz/TARGET.passed when nothing was found.
+fuzz() {
+  local target=$1 corpus=tests/fuzz/corpus/$1 found=build/fuzz/found/$1
+  mkdir -p "$corpus" "$found"
+  rm -f "build/fuzz/$target.passed"
+  build/asan/tests/fuzz/fuzz_"$target" -max_total_time="$seconds" -max_len=$most_bytes -timeout=120 \
+    -rss_limit_mb=2048 -dict=tests/fuzz/tessary.dict -print_final_stats=1 \
+    -artifact_prefix=build/fuzz/crashes/"$target"- "$found" "$corpus" >"build/fuzz/$target.log" 2>&1 &&
+    touch "build/fuzz/$target.passed"
+  if [ "$keep" = yes ]; then
+    build/asan/tests/fuzz/fuzz_"$target" -set_cover_merge=1 -max_len=$most_bytes "$corpus" "$found" >/dev/null 2>&1 || true
+  fi
+}
+
+for target in "${targets[@]}"; do
+  while [ "$(jobs -rp | wc -l)" -ge "$(nproc)" ]; do wait -n || true; done
+  fuzz "$target" &
+done
+wait
+
 passed=0
 failed=0
 for target in "${targets[@]}"; do
-  corpus=tests/fuzz/corpus/$target
-  found=build/fuzz/found/$target
   log=build/fuzz/$target.log
-  mkdir -p "$corpus" "$found" build/fuzz/crashes
-  if build/asan/tests/fuzz/fuzz_"$target" -max_total_time="$seconds" -max_len=$most_bytes -timeout=120 \
-    -rss_limit_mb=2048 -dict=tests/fuzz/tessary.dict -print_final_stats=1 \
-    -artifact_prefix=build/fuzz/crashes/"$target"- "$found" "$corpus" >"$log" 2>&1; then
+  if [ -e "build/fuzz/$target.passed" ]; then
     echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$log") executions"
     passed=$((passed + 1))
   else
     echo "$target: failed"
     tail -n 40 "$log"
     failed=$((failed + 1))
-  fi
-  if [ "$keep" = yes ]; then
-    build/asan/tests/fuzz/fuzz_"$target" -set_cover_merge=1 -max_len=$most_bytes "$corpus" "$found" >/dev/null 2>&1 || true
   fi
 done
 echo "$passed passed, $failed failed"

@@ -3,7 +3,8 @@
 # after the other, and checks that the tests notice. Works on a copy in build/mutants. Ends with
 # "N noticed of M"; fails when fewer than 95 % are.
 #   scripts/mutants.sh           all of them
-#   scripts/mutants.sh --short   the few that are chosen for every run
+#   scripts/mutants.sh --short   the few that are chosen for every run, with what the release build
+#                                has compiled; ends with "N passed, N failed"
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -26,30 +27,72 @@ quick_model='Agreement.AllSmallReports*:Agreement.Large*:Agreement.RandomLines*:
 questions=('levels_tests *' 'report_tests *' 'engine_tests *' "model_tests $quick_model" 'e2e_tests *'
   'model_tests Agreement.AllSmallRuns*:Agreement.AnyDifference*')
 [ "$short" = no ] || questions=('levels_tests *' 'report_tests *' 'engine_tests -*Random*:*Large*')
+programs=("${questions[@]%% *}")
+release=build/release
 
-# Only what differs is copied, so that little is built anew.
-git ls-files -z -- . ':!tests/fuzz/corpus' | while IFS= read -r -d '' name; do
-  cmp -s "$name" "$tree/$name" && continue
-  mkdir -p "$tree/$(dirname "$name")"
-  cp "$name" "$tree/$name"
-done
-cmake -S "$tree" -B "$work/build" -G Ninja -D CMAKE_BUILD_TYPE=Debug -D CMAKE_CXX_FLAGS_DEBUG="-O0 -w" \
-  -D TESSARY_TESTS=ON >"$work/configure.log" 2>&1 || { tail -n 30 "$work/configure.log"; exit 1; }
+# set_up: the copy, and what is compiled of it without a fault.
+set_up() {
+  # Only what differs is copied, so that little is built anew.
+  git ls-files -z -- . ':!tests/fuzz/corpus' | while IFS= read -r -d '' name; do
+    cmp -s "$name" "$tree/$name" && continue
+    mkdir -p "$tree/$(dirname "$name")"
+    cp "$name" "$tree/$name"
+  done
+  if [ "$short" = yes ]; then
+    cmake --preset release -D TESSARY_TESTS=ON && cmake --build --preset release --target "${programs[@]}"
+  else
+    cmake -S "$tree" -B "$work/build" -G Ninja -D CMAKE_BUILD_TYPE=Debug -D CMAKE_CXX_FLAGS_DEBUG="-O0 -w" \
+      -D TESSARY_TESTS=ON
+  fi
+}
+
+# last_command TARGET: how the release build makes it.
+last_command() { ninja -C "$release" -t commands -s "$1" | tail -n 1; }
+
+# compile FILE: a file of the copy with the command of the release build.
+compile() {
+  local object=src/CMakeFiles/tessary_core.dir/${1#src/}.o command
+  command=$(last_command "$object")
+  command=${command/"-MF $object.d"/"-MF $work/fault.d"}
+  command=${command/"-o $object"/"-o $work/fault.o"}
+  command=${command/"-c $PWD/$1"/"-w -c $tree/$1"}
+  (cd "$release" && eval "$command")
+}
+
+# link PROGRAM: a test program of the release build, with the compiled file in place of the one in
+# the library.
+link() {
+  local command
+  command=$(last_command "tests/$1")
+  command=${command#: && }
+  command=${command%% && *}
+  (cd "$release" && eval "${command/" -o tests/$1"/" $work/fault.o -o $work/$1"}")
+}
+
+# make_program PROGRAM: prints the path of the test program with the present fault.
+make_program() {
+  if [ "$short" = yes ]; then
+    link "$1" >"$work/build.log" 2>&1 && echo "$work/$1"
+  else
+    cmake --build "$work/build" --target "$1" >"$work/build.log" 2>&1 && echo "$work/build/tests/$1"
+  fi
+}
+
+stop_at_error() {
+  tail -n 30 "$work/build.log"
+  echo "this is no fault but an error: $1"
+  exit 1
+}
 
 # ask: true when no test notices anything; $noticed_by tells which program did.
 ask() {
-  local question program
+  local question path
   for question in "${questions[@]}"; do
-    program=${question%% *}
-    noticed_by=$program
-    if ! cmake --build "$work/build" --target "$program" >"$work/build.log" 2>&1; then
-      tail -n 30 "$work/build.log"
-      echo "this is no fault but an error: $1"
-      exit 1
-    fi
+    noticed_by=${question%% *}
+    path=$(make_program "$noticed_by") || stop_at_error "$1"
     # In seconds of the processor, which a busy machine does not shorten.
-    (ulimit -t 300; exec "$work/build/tests/$program" --gtest_brief=1 --gtest_fail_fast \
-      --gtest_filter="${question#* }") >"$work/test.log" 2>&1 || return 1
+    (ulimit -t 300; exec "$path" --gtest_brief=1 --gtest_fail_fast --gtest_filter="${question#* }") \
+      >"$work/test.log" 2>&1 || return 1
   done
 }
 
@@ -67,8 +110,37 @@ with open(path, "w", encoding="utf-8") as file:
 PYTHON
 }
 
-# What is noticed without a fault would prove nothing.
-ask "the code as it is" || { echo "$noticed_by fails without a fault:"; tail -n 30 "$work/test.log"; exit 1; }
+# for_each COMMAND: calls it with file, old and new text of every fault of this run.
+for_each() {
+  local file='' old='' chosen=no line new
+  while IFS= read -r line || [ -n "$line" ]; do
+    case "$line" in
+      '#'* | '') ;;
+      '- '*) old=${old:+$old$'\n'}${line#- } ;;
+      '+ '* | '+') new=${line#+}; [ "$short" = yes ] && [ "$chosen" = no ] || "$1" "$file" "$old" "${new# }" </dev/null ;;
+      '! '*) file=${line#! } old='' chosen=yes ;;
+      *) file=$line old='' chosen=no ;;
+    esac
+  done <"$list"
+}
+
+# A list that no longer fits the code shows before anything is built.
+unfit=0
+check() {
+  cp -p "$tree/$1" "$work/original"
+  replace "$tree/$1" "$2" "$3" || unfit=$((unfit + 1))
+  cp -p "$work/original" "$tree/$1"
+}
+mkdir -p "$work"
+set_up >"$work/configure.log" 2>&1 || { tail -n 30 "$work/configure.log"; exit 1; }
+for_each check
+[ "$unfit" -eq 0 ] || exit 1
+# What is noticed without a fault would prove nothing; the short form comes behind the tests.
+if [ "$short" = no ] && ! ask "the code as it is"; then
+  echo "$noticed_by fails without a fault:"
+  tail -n 30 "$work/test.log"
+  exit 1
+fi
 
 total=0
 noticed=0
@@ -78,6 +150,7 @@ try() {
   cp -p "$file" "$work/original"
   replace "$file" "$2" "$3"
   total=$((total + 1))
+  [ "$short" = no ] || compile "$1" >"$work/build.log" 2>&1 || stop_at_error "$1: $3"
   if ask "$1: $3"; then
     echo "NOT NOTICED  $1: ${3:-without: $2}"
   else
@@ -88,15 +161,10 @@ try() {
   cp "$work/original" "$file"
 }
 
-file='' old='' chosen=no
-while IFS= read -r line || [ -n "$line" ]; do
-  case "$line" in
-    '#'* | '') ;;
-    '- '*) old=${old:+$old$'\n'}${line#- } ;;
-    '+ '* | '+') new=${line#+}; [ "$short" = yes ] && [ "$chosen" = no ] || try "$file" "$old" "${new# }" </dev/null ;;
-    '! '*) file=${line#! } old='' chosen=yes ;;
-    *) file=$line old='' chosen=no ;;
-  esac
-done <"$list"
-echo "$noticed noticed of $total"
+for_each try
+if [ "$short" = yes ]; then
+  echo "$noticed passed, $((total - noticed)) failed"
+else
+  echo "$noticed noticed of $total"
+fi
 [ $((noticed * 100)) -ge $((total * 95)) ]

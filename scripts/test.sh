@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Builds everything and runs all tests; installs what is missing. Ends with "N passed, N failed".
-#   scripts/test.sh          release and sanitizer builds, instruction counts, the protocol pages in a
-#                            browser, the Debian package, and the Windows products of both
-#                            architectures under Wine; the packages for Windows are tested by
-#                            scripts/package-tests.sh
+#   scripts/test.sh          release and sanitizer builds, instruction counts, a few faults put into
+#                            the code, short fuzzing, the protocol pages in a browser, the Debian
+#                            package, and the Windows products of both architectures under Wine;
+#                            the packages for Windows are tested by scripts/package-tests.sh
 #   scripts/test.sh --fast   the native tests of the release build only
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -74,8 +74,10 @@ else
   add_up scripts/instruction-counts.sh
   start_windows_tests
   run_tests release
+  add_up scripts/mutants.sh --short
   build asan
   run_tests asan
+  add_up scripts/fuzz.sh 15
   add_up scripts/page-tests.sh
   add_up scripts/package-tests.sh deb
   wait "$windows" || true

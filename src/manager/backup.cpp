@@ -1,5 +1,8 @@
 #include "manager/backup.h"
 
+#include <utility>
+#include <vector>
+
 #include "engine/procedure.h"
 #include "platform/failure.h"
 #include "platform/path.h"
@@ -34,7 +37,8 @@ std::string ReportQuestion(const std::string& file_name) {
          "Konvertierung für diesen Bericht trotzdem durchführen?";
 }
 
-// True unless it is certain that there is no such file: what cannot be looked at is not overwritten.
+// True unless it is certain that there is no such file: what cannot be looked at is not
+// overwritten.
 bool MayExist(FileSystem& files, const std::string& path) {
   try {
     files.OpenForReading(path);
@@ -57,6 +61,19 @@ std::string KeepOlderCopy(const Surroundings& around, const std::string& folder,
   std::string kept = OlderCopyName(file_name, number);
   around.files.RenameFile(copy, JoinPath(folder, kept));
   return kept;
+}
+
+// Runs in other folders may save reports of the same name here at the same time: what they put
+// there in between is an older copy like any other. Fills `kept` with the new names of those.
+void Save(const Surroundings& around, const std::string& folder, const std::string& file_name,
+          const std::string& report, std::vector<std::string>& kept) {
+  constexpr int kMostAttempts = 100;
+  for (int attempt = 1; attempt <= kMostAttempts; ++attempt) {
+    std::string name = KeepOlderCopy(around, folder, file_name, report);
+    if (!name.empty()) kept.push_back(std::move(name));
+    if (around.files.AddCopy(report, JoinPath(folder, file_name))) return;
+  }
+  throw Failure(kFileExists);
 }
 
 // Without a new copy the older one is all there is to restore a report from.
@@ -124,15 +141,14 @@ BackupFolder CreateBackupFolder(const Surroundings& around, const std::string& r
 Answer BackupReport(const Surroundings& around, const std::string& backup_folder,
                     const std::string& report_folder, const std::string& file_name) {
   const std::string report = JoinPath(report_folder, file_name);
-  std::string kept;
+  std::vector<std::string> kept;
   try {
-    kept = KeepOlderCopy(around, backup_folder, file_name, report);
-    around.files.CopyFile(report, JoinPath(backup_folder, file_name));
+    Save(around, backup_folder, file_name, report, kept);
   } catch (const Failure&) {
-    if (!kept.empty()) TakeBackOlderCopy(around, backup_folder, file_name, kept);
+    if (!kept.empty()) TakeBackOlderCopy(around, backup_folder, file_name, kept.back());
     return Ask(around, ReportQuestion(file_name));
   }
-  if (!kept.empty()) TellOfOlderCopy(around, backup_folder, file_name, kept);
+  for (const std::string& name : kept) TellOfOlderCopy(around, backup_folder, file_name, name);
   return Answer::kYes;
 }
 

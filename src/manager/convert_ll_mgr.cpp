@@ -6,7 +6,6 @@
 
 #include <new>
 #include <optional>
-#include <thread>
 
 #include "engine/procedure.h"
 #include "manager/operation_frame.h"
@@ -136,14 +135,9 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::FailedBecause(const std::string& log_tex
 
 std::unique_ptr<FolderLock> BXConvertLLMgr::LockFolder(const Step& step,
                                                        const std::string& folder) {
-  for (int attempt = 1; attempt <= around_.folder_wait.attempts; ++attempt) {
-    if (attempt > 1) std::this_thread::sleep_for(around_.folder_wait.pause);
-    if (auto lock = around_.files.TryLockFolder(folder)) return lock;
-    if (around_.loop) around_.loop->Yield();
-  }
-  RaiseCheck(
-      step, kPermissionDenied,
-      "Im Ordner " + folder + " werden gerade Berichte von einem anderen Vorgang konvertiert.");
+  auto lock = WaitForFolder(around_.files, folder, around_.folder_wait, around_.loop);
+  if (!lock) RaiseCheck(step, kPermissionDenied, FolderInUseText(folder));
+  return lock;
 }
 
 bool BXConvertLLMgr::IsFolderMissing(const std::string& folder, const std::string& text_if_empty) {

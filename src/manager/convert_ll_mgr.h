@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -11,6 +10,7 @@
 
 #include "engine/element_table.h"
 #include "engine/engine_context.h"
+#include "manager/folder_wait.h"
 #include "manager/result_log.h"
 #include "manager/user_interface.h"
 #include "platform/failure.h"
@@ -18,12 +18,6 @@
 #include "platform/message_loop.h"
 
 namespace tessary {
-
-// How long an operation waits for a folder that another run works in.
-struct FolderWait {
-  int attempts = 50;
-  std::chrono::milliseconds pause{200};  // between two attempts
-};
 
 // What the manager needs of its surroundings. Everything must outlive the manager; `loop`,
 // `notices` and `steps` may be null.

@@ -13,6 +13,8 @@
 namespace tessary {
 namespace {
 
+constexpr int kMostReplacedCopies = 100000;
+
 class Restorer {
  public:
   Restorer(FileSystem& files, const std::string& backup_folder, const std::string& report_folder,
@@ -22,8 +24,15 @@ class Restorer {
         report_folder_(report_folder),
         oldest_(oldest) {}
 
-  Restoration Run(const std::vector<std::string>& names) {
+  Restoration Run(const std::vector<std::string>& names, const FolderWait& wait) {
     if (!FoldersAreThere()) return std::move(result_);
+    const auto lock = WaitForFolder(files_, report_folder_, wait, nullptr);
+    if (!lock) {
+      result_.problems.push_back(FolderInUseText(report_folder_));
+      return std::move(result_);
+    }
+    files_.RemoveLeftovers(report_folder_);
+    files_.RemoveLeftovers(backup_folder_);
     copies_ = files_.ListFiles(backup_folder_);
     if (names.empty()) {
       RestoreAll();
@@ -110,13 +119,13 @@ class Restorer {
     while (files_.FileExists(in_backups(OlderCopyName(report, number)))) {
       if (files_.SameContents(path, in_backups(OlderCopyName(report, number++)))) return {};
     }
-    number = 1;
-    while (files_.FileExists(in_backups(ReplacedCopyName(report, number)))) {
-      if (files_.SameContents(path, in_backups(ReplacedCopyName(report, number++)))) return {};
+    for (number = 1; number <= kMostReplacedCopies; ++number) {
+      std::string kept = ReplacedCopyName(report, number);
+      const std::string copy = in_backups(kept);
+      if (files_.FileExists(copy) && files_.SameContents(path, copy)) return {};
+      if (files_.AddCopy(path, copy)) return kept;
     }
-    std::string kept = ReplacedCopyName(report, number);
-    files_.CopyFile(path, in_backups(kept));
-    return kept;
+    throw Failure(kFileExists);
   }
 
   FileSystem& files_;
@@ -138,8 +147,8 @@ bool Restoration::Succeeded() const {
 
 Restoration RestoreReports(FileSystem& files, const std::string& backup_folder,
                            const std::string& report_folder, const std::vector<std::string>& names,
-                           bool oldest) {
-  return Restorer(files, backup_folder, report_folder, oldest).Run(names);
+                           bool oldest, const FolderWait& wait) {
+  return Restorer(files, backup_folder, report_folder, oldest).Run(names, wait);
 }
 
 }  // namespace tessary

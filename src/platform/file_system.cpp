@@ -29,6 +29,12 @@ void FileSystem::CheckCreatingFolder(const std::string& path) {
   if (!FolderExists(ParentFolderOf(path))) throw Failure(kPathNotFound);
 }
 
+bool FileSystem::AddCopy(const std::string& from, const std::string& to) {
+  if (FileExists(to) && !SameContents(from, to)) return false;
+  CopyFile(from, to);
+  return true;
+}
+
 std::string FileSystem::IdentityOf(const std::string& path) {
   return FileExists(path) ? path : std::string();
 }

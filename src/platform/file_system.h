@@ -75,6 +75,10 @@ class FileSystem {
   // Failure 70 when both are the same file, also by way of links.
   virtual void CopyFile(const std::string& from, const std::string& to) = 0;
 
+  // The same without replacing anything, whatever other runs do at the same time: false when `to`
+  // holds something else than `from`; true when it is, or already was, a copy and on the disk.
+  virtual bool AddCopy(const std::string& from, const std::string& to);
+
   // Gives a file another name in the same folder; Failure 58 when `to` exists.
   virtual void RenameFile(const std::string& from, const std::string& to) = 0;
 

@@ -83,6 +83,30 @@ TEST_F(BackupTest, ANewCopyReplacesNoOtherContents) {
   EXPECT_EQ(memory_.ListFiles(Folder("Bak")).size(), 3u);
 }
 
+TEST_F(BackupTest, WhatAnotherRunSavesHereMeanwhileIsKept) {
+  memory_.Put(Path("Bak", "A.lst"), "old");
+  files_.BeforeCall([&](const FailingFiles::Call& call) {
+    if (call.kind == FileCall::kCopy && files_.CountCalls(FileCall::kCopy) <= 2)
+      memory_.Put(Path("Bak", "A.lst"), "other " + std::to_string(files_.CountCalls(call.kind)));
+  });
+  EXPECT_EQ(Save(), Answer::kYes);
+  EXPECT_EQ(memory_.Get(Path("Bak", "A.lst")), "new");
+  EXPECT_EQ(memory_.Get(Path("Bak", "~A.lst.~1")), "old");
+  EXPECT_EQ(memory_.Get(Path("Bak", "~A.lst.~2")), "other 1");
+  EXPECT_EQ(memory_.Get(Path("Bak", "~A.lst.~3")), "other 2");
+  EXPECT_EQ(user_.Warnings().size(), 3u);
+}
+
+TEST_F(BackupTest, WithoutEndKeptFromSavingItAsks) {
+  files_.BeforeCall([&](const FailingFiles::Call& call) {
+    if (call.kind == FileCall::kCopy)
+      memory_.Put(Path("Bak", "A.lst"), std::to_string(files_.CountCalls(FileCall::kCopy)));
+  });
+  user_.AnswerNext(Answer::kNo);
+  EXPECT_EQ(Save(), Answer::kNo);
+  EXPECT_EQ(memory_.Get(Path("Berichte", "A.lst")), "new");
+}
+
 TEST_F(BackupTest, KeptCopiesAreNoReportsAndNoDifferenceFiles) {
   memory_.Put(Path("Bak", "3_4A.lst"), SmallReport(3));
   memory_.Put(Path("Berichte", "3_4A.lst"), SmallReport(4));

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/failure.h"
+#include "platform/file_names.h"
 #include "support/manager_test_base.h"
 
 namespace tessary {
@@ -111,6 +112,49 @@ TEST_F(RestoreTest, NothingIsReplacedWhenItsStateCannotBeKept) {
   const Restoration result = RestoreReports(failing, "/bak", "/rep", {"a.lst"}, false);
   EXPECT_EQ(result.reports[0].outcome, RestoreOutcome::kFailed);
   EXPECT_EQ(files_.files(), before);
+}
+
+TEST_F(RestoreTest, AFolderInUseIsWaitedForAndThenLeftAlone) {
+  const auto before = files_.files();
+  const auto other_run = files_.TryLockFolder("/rep");
+  const Restoration result = RestoreReports(files_, "/bak", "/rep", {}, false, {1});
+  EXPECT_FALSE(result.Succeeded());
+  EXPECT_THAT(result.problems, ElementsAre("Im Ordner /rep werden gerade Berichte von einem "
+                                           "anderen Vorgang konvertiert."));
+  EXPECT_THAT(result.reports, IsEmpty());
+  EXPECT_EQ(files_.files(), before);
+}
+
+TEST_F(RestoreTest, TheFolderIsHeldMeanwhileAndThenFree) {
+  FailingFiles failing(files_);
+  int held = 0;
+  failing.BeforeCall([&](const FailingFiles::Call& call) {
+    if (call.kind == FileCall::kCopy && !files_.TryLockFolder("/rep")) ++held;
+  });
+  EXPECT_TRUE(RestoreReports(failing, "/bak", "/rep", {"a.lst"}, false).Succeeded());
+  EXPECT_EQ(held, 2);
+  EXPECT_NE(files_.TryLockFolder("/rep"), nullptr);
+}
+
+TEST_F(RestoreTest, LeftoversOfADeadRunAreRemoved) {
+  files_.Put("/rep/" + TemporaryNameFor("a.lst", 0), "half");
+  files_.Put("/bak/" + TemporaryNameFor("a.lst", 0), "half");
+  const std::size_t leftovers = 2;
+  const std::size_t before = files_.files().size();
+  EXPECT_TRUE(Restore({"b.lst"}).Succeeded());
+  EXPECT_EQ(files_.files().size(), before - leftovers);
+}
+
+TEST_F(RestoreTest, WhatAnotherRunKeepsMeanwhileIsNotReplaced) {
+  FailingFiles failing(files_);
+  failing.BeforeCall([&](const FailingFiles::Call& call) {
+    if (call.kind == FileCall::kCopy && failing.CountCalls(FileCall::kCopy) == 1)
+      files_.Put("/bak/~a.lst.~ersetzt1", "other");
+  });
+  const Restoration result = RestoreReports(failing, "/bak", "/rep", {"a.lst"}, false);
+  EXPECT_EQ(result.reports[0].kept, "~a.lst.~ersetzt2");
+  EXPECT_EQ(files_.Get("/bak/~a.lst.~ersetzt1"), "other");
+  EXPECT_EQ(files_.Get("/bak/~a.lst.~ersetzt2"), SmallReport(4));
 }
 
 TEST_F(RestoreTest, MissingFoldersAndEmptyOnes) {

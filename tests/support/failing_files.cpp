@@ -130,6 +130,11 @@ void FailingFiles::CopyFile(const std::string& from, const std::string& to) {
   inner_.CopyFile(from, to);
 }
 
+bool FailingFiles::AddCopy(const std::string& from, const std::string& to) {
+  Pass(FileCall::kCopy, from);
+  return inner_.AddCopy(from, to);
+}
+
 void FailingFiles::RenameFile(const std::string& from, const std::string& to) {
   Pass(FileCall::kRename, from);
   inner_.RenameFile(from, to);

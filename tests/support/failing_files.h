@@ -68,6 +68,7 @@ class FailingFiles : public FileSystem {
   std::unique_ptr<FileReader> OpenForReading(const std::string& path) override;
   std::unique_ptr<FileReplacement> OpenForReplacing(const std::string& path) override;
   void CopyFile(const std::string& from, const std::string& to) override;
+  bool AddCopy(const std::string& from, const std::string& to) override;
   void RenameFile(const std::string& from, const std::string& to) override;
   bool SameContents(const std::string& a, const std::string& b) override;
   void CreateFolder(const std::string& path) override;

@@ -9,17 +9,6 @@ namespace tessary {
 
 namespace fs = std::filesystem;
 
-std::map<std::string, std::string> FilesBelow(const std::string& folder) {
-  std::map<std::string, std::string> files;
-  for (const auto& entry : fs::recursive_directory_iterator(LibraryPath(folder))) {
-    if (entry.is_regular_file()) {
-      const fs::path name = entry.path().lexically_relative(LibraryPath(folder));
-      files.emplace(TextOf(name.generic_u8string()), GetFile(TextOf(entry.path())));
-    }
-  }
-  return files;
-}
-
 std::vector<std::string> LinesOf(const std::string& path) {
   std::vector<std::string> lines;
   std::string rest = DecodeWindows1252(GetFile(path));

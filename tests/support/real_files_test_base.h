@@ -15,9 +15,6 @@
 
 namespace tessary {
 
-// Every file below `folder` by its path there, with its contents.
-std::map<std::string, std::string> FilesBelow(const std::string& folder);
-
 // The lines of a file in Windows-1252 as UTF-8, each without its line end.
 std::vector<std::string> LinesOf(const std::string& path);
 

@@ -67,4 +67,15 @@ std::string GetFile(const std::string& path) {
   return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
+std::map<std::string, std::string> FilesBelow(const std::string& folder) {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : fs::recursive_directory_iterator(LibraryPath(folder))) {
+    if (entry.is_regular_file()) {
+      const fs::path name = entry.path().lexically_relative(LibraryPath(folder));
+      files.emplace(TextOf(name.generic_u8string()), GetFile(TextOf(entry.path())));
+    }
+  }
+  return files;
+}
+
 }  // namespace tessary

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,5 +33,8 @@ std::string TextOf(const std::filesystem::path& path);
 std::vector<std::string> FileNamesIn(const std::string& folder);
 void PutFile(const std::string& path, std::string_view contents);
 std::string GetFile(const std::string& path);
+
+// Every file below `folder` by its path there, with its contents.
+std::map<std::string, std::string> FilesBelow(const std::string& folder);
 
 }  // namespace tessary

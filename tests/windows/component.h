@@ -38,7 +38,7 @@ class Component {
   }
   // Of the last Create or Factory.
   HRESULT result() const { return result_; }
-  HRESULT CanUnloadNow() { return can_unload_now_(); }
+  HRESULT CanUnloadNow() { return module_ ? can_unload_now_() : S_OK; }
   void Unload();
 
  private:

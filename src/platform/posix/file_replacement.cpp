@@ -35,10 +35,17 @@ void CopyOwnerAndPermissions(const struct stat& status, int to) {
   fchmod(to, (status.st_mode & 0777) | S_IWUSR);
 }
 
+// What a temporary file becomes.
+enum class Becomes {
+  kExistingFile,
+  kNewFile,
+  kNewFileOnly,  // or nothing, when another file has taken the name by then
+};
+
 class TemporaryReplacement final : public PosixReplacement {
  public:
-  TemporaryReplacement(std::string target, std::unique_ptr<TemporaryFile> file, bool is_new)
-      : target_(std::move(target)), file_(std::move(file)), is_new_(is_new) {
+  TemporaryReplacement(std::string target, std::unique_ptr<TemporaryFile> file, Becomes becomes)
+      : target_(std::move(target)), file_(std::move(file)), becomes_(becomes) {
     buffer_.reserve(kBufferSize);
   }
 
@@ -59,7 +66,11 @@ class TemporaryReplacement final : public PosixReplacement {
     usable_ = false;
     if (copied_status_) CopyChangeTime(*copied_status_, file_->fd());
     Flush(file_->fd());
-    file_->MoveTo(target_);
+    if (becomes_ == Becomes::kNewFileOnly) {
+      file_->MoveToFreeName(target_);
+    } else {
+      file_->MoveTo(target_);
+    }
     if (!reproducible_) FlushNewName();
   }
 
@@ -67,7 +78,7 @@ class TemporaryReplacement final : public PosixReplacement {
 
   void CopyStatus(const struct stat& status) override {
     copied_status_ = status;
-    if (is_new_) CopyOwnerAndPermissions(status, file_->fd());
+    if (becomes_ != Becomes::kExistingFile) CopyOwnerAndPermissions(status, file_->fd());
   }
 
  private:
@@ -99,7 +110,7 @@ class TemporaryReplacement final : public PosixReplacement {
 
   std::string target_;
   std::unique_ptr<TemporaryFile> file_;
-  bool is_new_;
+  Becomes becomes_;
   bool usable_ = true;
   bool reproducible_ = false;
   std::string buffer_;
@@ -212,16 +223,17 @@ std::unique_ptr<PosixReplacement> ReplaceExisting(std::string target, OpenedFile
     auto temporary = TemporaryFile::TryCreate(target, S_IRUSR | S_IWUSR, error);
     if (!temporary && !RefusesNewFiles(error)) FailWith(error);
     if (temporary && CopyAttributes(file.fd.get(), file.status, temporary->fd()))
-      return std::make_unique<TemporaryReplacement>(std::move(target), std::move(temporary), false);
+      return std::make_unique<TemporaryReplacement>(std::move(target), std::move(temporary),
+                                                    Becomes::kExistingFile);
   }
   return std::make_unique<InPlaceReplacement>(std::move(file));
 }
 
-std::unique_ptr<PosixReplacement> ReplaceMissing(std::string target) {
+std::unique_ptr<PosixReplacement> CreateMissing(std::string target, Becomes becomes) {
   int error = 0;
   auto temporary = TemporaryFile::TryCreate(target, 0666, error);
   if (!temporary) FailOpening(target, error);
-  return std::make_unique<TemporaryReplacement>(std::move(target), std::move(temporary), true);
+  return std::make_unique<TemporaryReplacement>(std::move(target), std::move(temporary), becomes);
 }
 
 }  // namespace
@@ -235,7 +247,23 @@ std::unique_ptr<PosixReplacement> OpenReplacement(const std::string& path) {
     return ReplaceExisting(std::move(target), std::move(file));
   }
   if (errno != ENOENT) FailWith(errno);
-  return ReplaceMissing(std::move(target));
+  return CreateMissing(std::move(target), Becomes::kNewFile);
+}
+
+std::unique_ptr<PosixReplacement> OpenNewFile(const std::string& path) {
+  CheckPath(path);
+  std::string target = ResolveTarget(path);
+  struct stat status;
+  if (stat(target.c_str(), &status) == 0) throw Failure(kFileExists);
+  if (errno != ENOENT) FailWith(errno);
+  return CreateMissing(std::move(target), Becomes::kNewFileOnly);
+}
+
+void FlushFile(const std::string& path) {
+  CheckPath(path);
+  const std::string target = ResolveTarget(path);
+  Flush(OpenRegularFile(target, O_RDONLY).fd.get());
+  FlushFolder(FolderHolding(target));
 }
 
 void CheckReplacement(const std::string& path) {

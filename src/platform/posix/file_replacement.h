@@ -20,6 +20,12 @@ class PosixReplacement : public FileReplacement {
 // What SystemFiles().OpenForReplacing does.
 std::unique_ptr<PosixReplacement> OpenReplacement(const std::string& path);
 
+// The same for a file that is not there yet. Failure 58, also from Commit, when it is.
+std::unique_ptr<PosixReplacement> OpenNewFile(const std::string& path);
+
+// Waits until an existing file and its name are on the disk.
+void FlushFile(const std::string& path);
+
 // What SystemFiles().CheckReplacing does.
 void CheckReplacement(const std::string& path);
 

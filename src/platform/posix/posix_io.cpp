@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstdio>
 
 #include "platform/failure.h"
 #include "platform/path.h"
@@ -83,7 +84,23 @@ void TryFlushFolder(const std::string& folder) {
   }
 }
 
-bool TryLock(int fd) { return flock(fd, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
+bool RenameToFreeName(const char* from, const char* to) {
+#if defined(RENAME_NOREPLACE)
+  if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
+  if (errno != EINVAL && errno != ENOSYS) return false;
+#endif
+  // Without the system's help the name can be taken between the two calls.
+  struct stat status;
+  if (lstat(to, &status) == 0) {
+    errno = EEXIST;
+    return false;
+  }
+  return rename(from, to) == 0;
+}
+
+bool TryLock(int fd) {
+  return Retry([&] { return flock(fd, LOCK_EX | LOCK_NB); }) == 0 || errno != EWOULDBLOCK;
+}
 
 std::string FolderHolding(const std::string& path) {
   std::string folder = ParentFolderOf(path);

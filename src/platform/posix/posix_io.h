@@ -38,6 +38,9 @@ void FlushFolder(const std::string& folder);
 // The same where a failure changes nothing any more.
 void TryFlushFolder(const std::string& folder);
 
+// Renames unless `to` exists; errno is set when the result is false.
+bool RenameToFreeName(const char* from, const char* to);
+
 // Locks the file or folder for this process; false when another one holds the lock. File systems
 // without locks count as lockable.
 bool TryLock(int fd);

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <new>
 
 #include "platform/failure.h"
@@ -58,19 +57,25 @@ class PosixFolderLock final : public FolderLock {
   FileDescriptor fd_;
 };
 
-// Renames unless `to` exists; errno is set when the result is false.
-bool RenameToFreeName(const char* from, const char* to) {
-#if defined(RENAME_NOREPLACE)
-  if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
-  if (errno != EINVAL && errno != ENOSYS) return false;
-#endif
-  // Without the system's help the name can be taken between the two calls.
-  struct stat status;
-  if (lstat(to, &status) == 0) {
-    errno = EEXIST;
+// Writes what `source` holds, with the status that its copy gets, and commits nothing.
+void CopyInto(PosixReplacement& copy, const OpenedFile& source) {
+  copy.CopyStatus(source.status);
+  std::string block(kBlockSize, '\0');
+  while (const std::size_t size = ReadSome(source.fd.get(), block.data(), block.size()))
+    copy.Write(std::string_view(block).substr(0, size));
+}
+
+// False when there is such a file by now.
+bool CopyToNewFile(const OpenedFile& source, const std::string& to) {
+  try {
+    const auto copy = OpenNewFile(to);
+    CopyInto(*copy, source);
+    copy->Commit();
+    return true;
+  } catch (const Failure& failure) {
+    if (failure.number() != kFileExists) throw;
     return false;
   }
-  return rename(from, to) == 0;
 }
 
 class PosixFileSystem final : public FileSystem {
@@ -105,11 +110,21 @@ class PosixFileSystem final : public FileSystem {
     struct stat status;
     if (StatusOf(to, status) && SameFile(source.status, status)) throw Failure(kPermissionDenied);
     const auto copy = OpenReplacement(to);
-    copy->CopyStatus(source.status);
-    std::string block(kBlockSize, '\0');
-    while (const std::size_t size = ReadSome(source.fd.get(), block.data(), block.size()))
-      copy->Write(std::string_view(block).substr(0, size));
+    CopyInto(*copy, source);
     copy->Commit();
+  }
+
+  bool AddCopy(const std::string& from, const std::string& to) override {
+    const OpenedFile source = OpenRegularFile(from, O_RDONLY);
+    struct stat status;
+    const bool exists = StatusOf(to, status);
+    if (exists && SameFile(source.status, status)) throw Failure(kPermissionDenied);
+    if (exists && !SameContents(from, to)) return false;
+    if (exists) {
+      FlushFile(to);
+      return true;
+    }
+    return CopyToNewFile(source, to);
   }
 
   void RenameFile(const std::string& from, const std::string& to) override {

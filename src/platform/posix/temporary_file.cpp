@@ -97,6 +97,11 @@ void TemporaryFile::MoveTo(const std::string& target) {
   path_.clear();
 }
 
+void TemporaryFile::MoveToFreeName(const std::string& target) {
+  if (!RenameToFreeName(path_.c_str(), target.c_str())) FailWith(errno);
+  path_.clear();
+}
+
 void RemoveDeadTemporaryFiles(const std::string& folder) {
   try {
     for (const std::string& name : RegularFileNames(folder)) {

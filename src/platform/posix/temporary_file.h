@@ -28,6 +28,8 @@ class TemporaryFile {
 
   // Gives the file the target's name, in place of what had it. Raises Failure.
   void MoveTo(const std::string& target);
+  // The same only as long as nothing else has that name; Failure 58.
+  void MoveToFreeName(const std::string& target);
 
  private:
   TemporaryFile(FileDescriptor fd, std::string path);

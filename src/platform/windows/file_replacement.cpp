@@ -101,10 +101,11 @@ class InPlaceReplacement final : public WindowsReplacement {
   }
 
   void WriteContents() {
-    for (std::string_view rest = contents_; !rest.empty(); damaged_ = true)
+    // A write that fails may have written all the same, as over a network.
+    damaged_ = true;
+    for (std::string_view rest = contents_; !rest.empty();)
       rest.remove_prefix(WriteSome(handle(), rest));
     if (!TryResize(handle(), contents_.size())) FailWithLastError();
-    damaged_ = true;
   }
 
   OpenedFile file_;
@@ -116,10 +117,14 @@ class InPlaceReplacement final : public WindowsReplacement {
 
 class TemporaryReplacement final : public WindowsReplacement {
  public:
-  // `replaced` is the target as long as it may not change, or nothing when it is new.
+  // `replaced` is the target as long as it may not change, or nothing when it is new. With
+  // `new_only` a file that has taken the name by then is left alone.
   TemporaryReplacement(std::wstring target, std::unique_ptr<TemporaryFile> file,
-                       std::optional<OpenedFile> replaced)
-      : target_(std::move(target)), file_(std::move(file)), replaced_(std::move(replaced)) {}
+                       std::optional<OpenedFile> replaced, bool new_only = false)
+      : target_(std::move(target)),
+        file_(std::move(file)),
+        replaced_(std::move(replaced)),
+        new_only_(new_only) {}
 
   void Write(std::string_view bytes) override {
     // Once a part of the contents is lost there is nothing left to commit.
@@ -150,9 +155,10 @@ class TemporaryReplacement final : public WindowsReplacement {
 
  private:
   void CreateTarget() {
+    const DWORD replacing = new_only_ ? 0 : DWORD{MOVEFILE_REPLACE_EXISTING};
     const DWORD error = ErrorOf([&] {
       return MoveFileExW(file_->path().c_str(), target_.c_str(),
-                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+                         replacing | MOVEFILE_WRITE_THROUGH);
     });
     if (error != ERROR_SUCCESS) FailWith(error);
     file_->Release();
@@ -207,6 +213,7 @@ class TemporaryReplacement final : public WindowsReplacement {
   std::wstring target_;
   std::unique_ptr<TemporaryFile> file_;
   std::optional<OpenedFile> replaced_;
+  bool new_only_;
   bool usable_ = true;
   bool damaged_ = false;
   FILE_BASIC_INFO status_{};  // What is zero stays as it is.
@@ -275,11 +282,11 @@ std::unique_ptr<WindowsReplacement> ReplaceExisting(std::wstring target) {
   return ReplaceInPlace(std::move(file));
 }
 
-std::unique_ptr<WindowsReplacement> ReplaceMissing(std::wstring target) {
+std::unique_ptr<WindowsReplacement> CreateMissing(std::wstring target, bool new_only) {
   auto temporary = TemporaryFile::TryCreate(target, FILE_ATTRIBUTE_NORMAL);
   if (!temporary) FailWithLastError();
   return std::make_unique<TemporaryReplacement>(std::move(target), std::move(temporary),
-                                                std::nullopt);
+                                                std::nullopt, new_only);
 }
 
 }  // namespace
@@ -310,7 +317,15 @@ std::unique_ptr<WindowsReplacement> OpenReplacement(const std::string& path) {
   const bool exists = GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES;
   if (exists) return ReplaceExisting(std::move(target));
   if (const DWORD error = GetLastError(); error != ERROR_FILE_NOT_FOUND) FailWith(error);
-  return ReplaceMissing(std::move(target));
+  return CreateMissing(std::move(target), false);
+}
+
+std::unique_ptr<WindowsReplacement> OpenNewFile(const std::string& path) {
+  std::wstring target = NativeFilePath(path);
+  SettleBackupOf(target);
+  if (GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES) throw Failure(kFileExists);
+  if (const DWORD error = GetLastError(); error != ERROR_FILE_NOT_FOUND) FailWith(error);
+  return CreateMissing(std::move(target), true);
 }
 
 }  // namespace tessary

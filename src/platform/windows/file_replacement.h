@@ -19,6 +19,9 @@ class WindowsReplacement : public FileReplacement {
 // What SystemFiles().OpenForReplacing does.
 std::unique_ptr<WindowsReplacement> OpenReplacement(const std::string& path);
 
+// The same for a file that is not there yet. Failure 58, also from Commit, when it is.
+std::unique_ptr<WindowsReplacement> OpenNewFile(const std::string& path);
+
 // What SystemFiles().CheckReplacing does.
 void CheckReplacement(const std::string& path);
 

@@ -74,6 +74,27 @@ bool IsHeldByOther(DWORD error, const std::wstring& lock_file) {
           GetFileAttributesW(lock_file.c_str()) != INVALID_FILE_ATTRIBUTES);
 }
 
+// Writes what `source` holds, with the status that its copy gets, and commits nothing.
+void CopyInto(WindowsReplacement& copy, const OpenedFile& source) {
+  copy.CopyStatus(source);
+  std::string block(kBlockSize, '\0');
+  while (const std::size_t size = ReadSome(source.handle.get(), block.data(), block.size()))
+    copy.Write(std::string_view(block).substr(0, size));
+}
+
+// False when there is such a file by now.
+bool CopyToNewFile(const OpenedFile& source, const std::string& to) {
+  try {
+    const auto copy = OpenNewFile(to);
+    CopyInto(*copy, source);
+    copy->Commit();
+    return true;
+  } catch (const Failure& failure) {
+    if (failure.number() != kFileExists) throw;
+    return false;
+  }
+}
+
 class WindowsFolderLock final : public FolderLock {
  public:
   explicit WindowsFolderLock(FileHandle handle) : handle_(std::move(handle)) {}
@@ -115,11 +136,15 @@ class WindowsFileSystem final : public FileSystem {
     const OpenedFile source = OpenToRead(from);
     if (Names(NativePath(to), source)) throw Failure(kPermissionDenied);
     const auto copy = OpenReplacement(to);
-    copy->CopyStatus(source);
-    std::string block(kBlockSize, '\0');
-    while (const std::size_t size = ReadSome(source.handle.get(), block.data(), block.size()))
-      copy->Write(std::string_view(block).substr(0, size));
+    CopyInto(*copy, source);
     copy->Commit();
+  }
+
+  bool AddCopy(const std::string& from, const std::string& to) override {
+    const OpenedFile source = OpenToRead(from);
+    if (Names(NativePath(to), source)) throw Failure(kPermissionDenied);
+    if (FileExists(to)) return SameContents(from, to);
+    return CopyToNewFile(source, to);
   }
 
   void RenameFile(const std::string& from, const std::string& to) override {

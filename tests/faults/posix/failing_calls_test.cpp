@@ -89,7 +89,7 @@ TEST_P(FailingCallsTest, NoSingleFailureLosesAnything) { FailEveryCall(GetParam(
 
 TEST_P(FailingCallsTest, DISABLED_NoSingleFailureOfAnyKindLosesAnything) {
   FailEveryCall(GetParam(), {EIO, EACCES, ENOSPC, EMFILE, EROFS, ENOENT, ENOMEM, EEXIST, EPERM,
-                             ENOTDIR, ENAMETOOLONG, EBUSY, EDQUOT, ENOTSUP});
+                             ENOTDIR, ENAMETOOLONG, EBUSY, EDQUOT, ENOTSUP, EINTR});
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, FailingCallsTest, testing::ValuesIn(FaultOperations()),

@@ -4,10 +4,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <functional>
 #include <iostream>
 
 #include "faults/posix/fault_world.h"
 #include "faults/posix/system_calls.h"
+#include "manager/restore.h"
 
 namespace tessary {
 namespace {
@@ -26,17 +29,21 @@ bool RunAgain(const FaultWorld& world, const FaultOperation& operation) {
   return result;
 }
 
-// True when the run died at its n-th call, false when it ended before.
-bool DiesAt(const FaultWorld& world, const FaultOperation& operation, int n) {
+// True when `run` died at its n-th call, false when it ended before.
+bool DiesAt(int n, const std::function<void()>& run) {
   const pid_t child = fork();
   if (child == 0) {
     system_calls::WatchAndDie(n);
-    RunHere(world, operation);
+    run();
     _exit(0);
   }
   int status = 0;
   EXPECT_EQ(waitpid(child, &status, 0), child);
   return WIFSIGNALED(status);
+}
+
+bool DiesAt(const FaultWorld& world, const FaultOperation& operation, int n) {
+  return DiesAt(n, [&] { RunHere(world, operation); });
 }
 
 const FaultOperation& Operation(std::string_view name) {
@@ -50,6 +57,13 @@ std::map<std::string, std::string> Below(const FaultWorld& world, const std::str
   auto files = world.Files();
   std::erase_if(files, [&](const auto& file) { return !file.first.starts_with(folder); });
   return files;
+}
+
+bool IsKept(const FaultWorld& world, const std::string& contents) {
+  const auto files = world.Files();
+  return std::any_of(files.begin(), files.end(), [&](const auto& file) {
+    return file.second == contents && file.first.find("~tessary-") == std::string::npos;
+  });
 }
 
 TEST(KillTest, AFolderRunIsFinishedByTheNext) {
@@ -101,6 +115,34 @@ TEST(KillTest, AReportOverwrittenInPlaceHasItsBackup) {
   }
   std::cout << "kills survived: " << n - 2 << "\n";
   EXPECT_GT(n, 100);
+}
+
+// Neither what the reports were brought to nor what they were before may be lost.
+TEST(KillTest, PuttingReportsBackIsFinishedByTheNext) {
+  int n = 1;
+  for (bool died = true; died && !testing::Test::HasFailure(); ++n) {
+    SCOPED_TRACE("killed at call " + std::to_string(n));
+    const FaultWorld world(false);
+    ASSERT_TRUE(RunAgain(world, Operation("ConvertReports")));
+    PutFile(world.In("R/A.lst"), "changed since");
+    const auto restore = [&] {
+      return RestoreReports(SystemFiles(), world.In("RBak"), world.In("R"), {}, false, {1});
+    };
+    died = DiesAt(n, restore);
+    const std::string contents = world.Get("R/A.lst");
+    EXPECT_TRUE(contents == "changed since" || contents == SmallReport(3, "A")) << contents;
+    EXPECT_TRUE(IsKept(world, "changed since"));
+    EXPECT_TRUE(IsKept(world, SmallReport(3, "A")) && IsKept(world, SmallReport(4, "B")));
+    system_calls::Watch();
+    EXPECT_TRUE(restore().Succeeded());
+    system_calls::Stop();
+    EXPECT_EQ(world.Get("R/A.lst"), SmallReport(3, "A"));
+    EXPECT_EQ(world.Get("R/B.lst"), SmallReport(4, "B"));
+    EXPECT_TRUE(IsKept(world, "changed since"));
+    world.ExpectNoLeftovers();
+  }
+  std::cout << "kills survived: " << n - 2 << "\n";
+  EXPECT_GT(n, 50);
 }
 
 TEST(KillTest, DifferenceFilesAreWholeOrMissing) {

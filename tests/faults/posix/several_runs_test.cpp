@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <thread>
 
 #include "faults/posix/fault_world.h"
@@ -14,6 +16,10 @@ namespace {
 
 ProgramResult ConvertFolder(const FaultWorld& world) {
   return RunProgram({TESSARY_BINARY, {"convert-folder", world.In("diff"), world.In("R")}});
+}
+
+std::string Folder(const FaultWorld& world, std::size_t number) {
+  return world.In("Filiale" + std::to_string(number));
 }
 
 TEST(SeveralRuns, AtOnceDoWhatOneDoes) {
@@ -36,6 +42,34 @@ TEST(SeveralRuns, AtOnceDoWhatOneDoes) {
     EXPECT_EQ(out.find(step, place + 1), std::string::npos) << "twice: " << step;
   }
   world.ExpectFinished();
+}
+
+// Whoever comes first, every original is kept, or its report is left as it was.
+TEST(SeveralRuns, InSeveralFoldersMayShareABackupFolder) {
+  const FaultWorld world(false);
+  constexpr std::size_t kFolders = 6;
+  std::vector<std::string> originals;
+  for (std::size_t i = 0; i < kFolders; ++i) {
+    originals.push_back(SmallReport(3, "A") + "[Folder]\r\nNumber=" + std::to_string(i) + "\r\n");
+    std::filesystem::create_directory(Folder(world, i));
+    PutFile(Folder(world, i) + "/A.lst", originals[i]);
+  }
+  std::vector<std::thread> threads;
+  for (std::size_t i = 0; i < kFolders; ++i) {
+    threads.emplace_back([&world, i] {
+      RunProgram({TESSARY_BINARY,
+                  {"convert-folder", world.In("diff"), Folder(world, i), "--backup",
+                   world.In("Sicherung")}});
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  const auto files = world.Files();
+  for (std::size_t i = 0; i < kFolders; ++i) {
+    const bool is_kept = std::any_of(files.begin(), files.end(), [&](const auto& file) {
+      return file.first.find("~tessary-") == std::string::npos && file.second == originals[i];
+    });
+    EXPECT_TRUE(is_kept) << i;
+  }
 }
 
 TEST(SeveralRuns, OneThatWaitsInVainFailsWithError70AndTouchesNothing) {

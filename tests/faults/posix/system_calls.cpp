@@ -13,6 +13,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+extern "C" ssize_t __real_readlink(const char* path, char* target, size_t size);
+
 namespace tessary::system_calls {
 namespace {
 
@@ -22,10 +24,12 @@ int fails_at = 0;
 int dies_at = 0;
 int failure = 0;
 bool failed_to_remove = false;
+std::vector<Change> changes;
 
 void Begin() {
   count = fails_at = dies_at = 0;
   failed_to_remove = false;
+  changes.clear();
   watched = true;
 }
 
@@ -39,7 +43,31 @@ bool Fails() {
 }
 
 // True when the next call will fail or be the last.
-bool IsCutShort() { return watched && (count + 1 == fails_at || count + 1 == dies_at); }
+// A call that a signal interrupts has done nothing.
+bool IsCutShort() {
+  const bool fails = count + 1 == fails_at && failure != EINTR;
+  return watched && (fails || count + 1 == dies_at);
+}
+
+std::string PathOf(int fd) {
+  char path[4096];
+  const std::string name = "/proc/self/fd/" + std::to_string(fd);
+  const ssize_t size = __real_readlink(name.c_str(), path, sizeof path);
+  return std::string(path, size > 0 ? static_cast<std::size_t>(size) : 0);
+}
+
+void Note(Change::Kind kind, int fd) {
+  if (watched) changes.push_back({kind, PathOf(fd)});
+}
+
+void NoteFolder(const char* path) {
+  if (watched) changes.push_back({Change::kFolderMade, path});
+}
+
+int NoteRename(int result, const char* from, const char* to) {
+  if (watched && result == 0) changes.push_back({Change::kRenamed, from, to});
+  return result;
+}
 
 bool FailsToRemove() {
   const bool fails = Fails();
@@ -66,6 +94,8 @@ int Stop() {
   watched = false;
   return count;
 }
+
+const std::vector<Change>& Changes() { return changes; }
 
 bool FailedToRemove() { return failed_to_remove; }
 
@@ -99,6 +129,7 @@ int __real_fsync(int fd);
 int __wrap_fsync(int fd);
 int __wrap_fsync(int fd) {
   if (tessary::system_calls::Fails()) return -1;
+  tessary::system_calls::Note(tessary::system_calls::Change::kFlushed, fd);
   return tessary::system_calls::watched ? 0 : __real_fsync(fd);
 }
 
@@ -109,7 +140,9 @@ ssize_t __wrap_write(int fd, const void* bytes, size_t size) {
   if (tessary::system_calls::IsCutShort()) {
     [[maybe_unused]] const ssize_t ignored = __real_write(fd, bytes, size / 2);
   }
-  return tessary::system_calls::Fails() ? -1 : __real_write(fd, bytes, size);
+  if (tessary::system_calls::Fails()) return -1;
+  tessary::system_calls::Note(tessary::system_calls::Change::kWritten, fd);
+  return __real_write(fd, bytes, size);
 }
 
 int __real_unlink(const char* path);
@@ -124,12 +157,38 @@ int __wrap_posix_fallocate(int fd, off_t offset, off_t size) {
   return tessary::system_calls::Fails() ? errno : __real_posix_fallocate(fd, offset, size);
 }
 
+int __real_rename(const char* from, const char* to);
+int __wrap_rename(const char* from, const char* to);
+int __wrap_rename(const char* from, const char* to) {
+  if (tessary::system_calls::Fails()) return -1;
+  return tessary::system_calls::NoteRename(__real_rename(from, to), from, to);
+}
+
+int __real_renameat2(int from_fd, const char* from, int to_fd, const char* to, unsigned int flags);
+int __wrap_renameat2(int from_fd, const char* from, int to_fd, const char* to, unsigned int flags);
+int __wrap_renameat2(int from_fd, const char* from, int to_fd, const char* to, unsigned int flags) {
+  if (tessary::system_calls::Fails()) return -1;
+  return tessary::system_calls::NoteRename(__real_renameat2(from_fd, from, to_fd, to, flags), from,
+                                           to);
+}
+
+int __real_mkdir(const char* path, mode_t mode);
+int __wrap_mkdir(const char* path, mode_t mode);
+int __wrap_mkdir(const char* path, mode_t mode) {
+  if (tessary::system_calls::Fails()) return -1;
+  tessary::system_calls::NoteFolder(path);
+  return __real_mkdir(path, mode);
+}
+
+int __real_ftruncate(int fd, off_t size);
+int __wrap_ftruncate(int fd, off_t size);
+int __wrap_ftruncate(int fd, off_t size) {
+  if (tessary::system_calls::Fails()) return -1;
+  tessary::system_calls::Note(tessary::system_calls::Change::kWritten, fd);
+  return __real_ftruncate(fd, size);
+}
+
 TESSARY_WRAP(ssize_t, read, (int fd, void* buffer, size_t size), (fd, buffer, size), -1);
-TESSARY_WRAP(int, rename, (const char* from, const char* to), (from, to), -1);
-TESSARY_WRAP(int, renameat2,
-             (int from_fd, const char* from, int to_fd, const char* to, unsigned int flags),
-             (from_fd, from, to_fd, to, flags), -1);
-TESSARY_WRAP(int, mkdir, (const char* path, mode_t mode), (path, mode), -1);
 TESSARY_WRAP(DIR*, opendir, (const char* path), (path), nullptr);
 TESSARY_WRAP(dirent*, readdir, (DIR * folder), (folder), nullptr);
 TESSARY_WRAP(int, stat, (const char* path, struct stat* status), (path, status), -1);
@@ -137,7 +196,6 @@ TESSARY_WRAP(int, lstat, (const char* path, struct stat* status), (path, status)
 TESSARY_WRAP(int, fstat, (int fd, struct stat* status), (fd, status), -1);
 TESSARY_WRAP(int, fchmod, (int fd, mode_t mode), (fd, mode), -1);
 TESSARY_WRAP(int, fchown, (int fd, uid_t user, gid_t group), (fd, user, group), -1);
-TESSARY_WRAP(int, ftruncate, (int fd, off_t size), (fd, size), -1);
 TESSARY_WRAP(int, futimens, (int fd, const timespec* times), (fd, times), -1);
 TESSARY_WRAP(int, flock, (int fd, int operation), (fd, operation), -1);
 TESSARY_WRAP(char*, realpath, (const char* path, char* resolved), (path, resolved), nullptr);

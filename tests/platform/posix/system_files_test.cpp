@@ -13,6 +13,7 @@
 #include "platform/file_names.h"
 #include "platform/file_system.h"
 #include "platform/path.h"
+#include "platform/posix/file_replacement.h"
 #include "support/failure_number.h"
 #include "support/temporary_folder.h"
 
@@ -533,6 +534,44 @@ TEST_F(SystemFilesTest, AFailedCopyLeavesTheTargetAlone) {
   }
   EXPECT_EQ(GetFile(to), "old");
   EXPECT_EQ(CountEntries(folder_.path()), 2u);
+}
+
+TEST_F(SystemFilesTest, AddsCopiesWithoutReplacingAnything) {
+  const std::string from = Put("from", "text");
+  EXPECT_TRUE(files_.AddCopy(from, folder_ / "new"));
+  EXPECT_EQ(GetFile(folder_ / "new"), "text");
+  EXPECT_TRUE(files_.AddCopy(from, Put("same", "text")));
+  EXPECT_FALSE(files_.AddCopy(from, Put("other", "other")));
+  EXPECT_EQ(GetFile(folder_ / "other"), "other");
+  fs::create_directory(folder_ / "dir");
+  EXPECT_FALSE(files_.AddCopy(from, folder_ / "dir"));
+  EXPECT_EQ(FailureNumber([&] { files_.AddCopy(from, from); }), kPermissionDenied);
+  EXPECT_EQ(FailureNumber([&] { files_.AddCopy(from, folder_ / "missing/to"); }), kPathNotFound);
+  EXPECT_EQ(FailureNumber([&] { files_.AddCopy(folder_ / "missing", folder_ / "to"); }),
+            kFileNotFound);
+  EXPECT_EQ(CountEntries(folder_.path()), 5u);
+}
+
+TEST_F(SystemFilesTest, ANewFileDoesNotReplaceOneThatCameMeanwhile) {
+  const std::string path = folder_ / "a";
+  {
+    const auto file = OpenNewFile(path);
+    file->Write("mine");
+    PutFile(path, "other");
+    EXPECT_EQ(FailureNumber([&] { file->Commit(); }), kFileExists);
+    EXPECT_FALSE(file->Damaged());
+  }
+  EXPECT_EQ(GetFile(path), "other");
+  EXPECT_EQ(FailureNumber([&] { OpenNewFile(path); }), kFileExists);
+  EXPECT_EQ(CountEntries(folder_.path()), 1u);
+}
+
+TEST_F(SystemFilesTest, ACopyIsAddedAtTheEndOfALink) {
+  const std::string from = Put("from", "text");
+  fs::create_symlink("target", folder_ / "link");
+  EXPECT_TRUE(files_.AddCopy(from, folder_ / "link"));
+  EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
+  EXPECT_EQ(GetFile(folder_ / "target"), "text");
 }
 
 TEST_F(SystemFilesTest, RenamesToFreeNamesOnly) {

@@ -7,6 +7,7 @@
 #include "platform/file_names.h"
 #include "platform/file_system.h"
 #include "platform/path.h"
+#include "platform/windows/file_replacement.h"
 #include "platform/windows/native_path.h"
 #include "platform/windows/windows_io.h"
 #include "support/failure_number.h"
@@ -393,6 +394,36 @@ TEST_F(SystemFilesTest, TheCopyOfAReadOnlyFileCanBeReplaced) {
   EXPECT_EQ(AttributesOf(folder_ / "to") & FILE_ATTRIBUTE_READONLY, 0u);
   files_.CopyFile(from, folder_ / "to");
   SetAttributes(from, FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(SystemFilesTest, AddsCopiesWithoutReplacingAnything) {
+  const std::string from = Put("from", "text");
+  EXPECT_TRUE(files_.AddCopy(from, folder_ / "new"));
+  EXPECT_EQ(GetFile(folder_ / "new"), "text");
+  EXPECT_TRUE(files_.AddCopy(from, Put("same", "text")));
+  EXPECT_FALSE(files_.AddCopy(from, Put("other", "other")));
+  EXPECT_EQ(GetFile(folder_ / "other"), "other");
+  files_.CreateFolder(folder_ / "dir");
+  EXPECT_FALSE(files_.AddCopy(from, folder_ / "dir"));
+  EXPECT_EQ(FailureNumber([&] { files_.AddCopy(from, from); }), kPermissionDenied);
+  EXPECT_EQ(FailureNumber([&] { files_.AddCopy(from, folder_ / "missing/to"); }), kPathNotFound);
+  EXPECT_EQ(FailureNumber([&] { files_.AddCopy(folder_ / "missing", folder_ / "to"); }),
+            kFileNotFound);
+  EXPECT_EQ(AllNames(), (Names{"from", "new", "other", "same"}));
+}
+
+TEST_F(SystemFilesTest, ANewFileDoesNotReplaceOneThatCameMeanwhile) {
+  const std::string path = folder_ / "a";
+  {
+    const auto file = OpenNewFile(path);
+    file->Write("mine");
+    PutFile(path, "other");
+    EXPECT_EQ(FailureNumber([&] { file->Commit(); }), kFileExists);
+    EXPECT_FALSE(file->Damaged());
+  }
+  EXPECT_EQ(GetFile(path), "other");
+  EXPECT_EQ(FailureNumber([&] { OpenNewFile(path); }), kFileExists);
+  EXPECT_EQ(AllNames(), Names{"a"});
 }
 
 TEST_F(SystemFilesTest, CopyingOntoItselfFails) {
