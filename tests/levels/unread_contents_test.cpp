@@ -63,6 +63,17 @@ TEST(UnreadContents, StayUnreadWhereNothingIsDifferent) {
   EXPECT_TRUE(ChildOfRow(new_tree, 2)->UnreadLines().empty());
 }
 
+// The second B stands between the same neighbours as the first, which is found for both.
+TEST(UnreadContents, AreReadWhereAListDiffersFromItself) {
+  const Lines lines = {"[S]", "A=1", "B=1", "A=2", "B=2", "A=3"};
+  for (const auto read : {&ReadLines, &ReadFileOfLines}) {
+    const TestEngine engine;
+    const auto level = engine.NewLevel(0);
+    level->Compare(read(engine.context, lines), read(engine.context, lines));
+    EXPECT_THAT(Brief(level->ElementArray()), ElementsAre("U [S]|[S]|", "  U B|B|2"));
+  }
+}
+
 TEST(UnreadContents, StayUnreadWhenTheyAreWritten) {
   const TestEngine engine;
   const auto tree = ReadFileOfLines(engine.context, {"[A]", "X=1", "[B]", "User1=@a;1"});
