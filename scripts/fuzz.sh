@@ -40,7 +40,7 @@ fuzz() {
     -artifact_prefix=build/fuzz/crashes/"$target"- "$found" "$corpus" >"build/fuzz/$target.log" 2>&1 &&
     touch "build/fuzz/$target.passed"
   if [ "$keep" = yes ]; then
-    build/asan/tests/fuzz/fuzz_"$target" -set_cover_merge=1 -max_len=$most_bytes "$corpus" "$found" >/dev/null 2>&1 || true
+    build/asan/tests/fuzz/fuzz_"$target" -set_cover_merge=1 -use_counters=0 -max_len=$most_bytes "$corpus" "$found" >/dev/null 2>&1 || true
   fi
 }
 

@@ -10,7 +10,7 @@
 
 #include "support/manager_test_base.h"
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(TESSARY_SANITIZED)
 // Not every compiler brings the header that declares it.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
@@ -21,7 +21,7 @@ namespace {
 constexpr int kReportsPerRun = 100;
 
 std::size_t BytesHeld() {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(TESSARY_SANITIZED)
   return __sanitizer_get_current_allocated_bytes();
 #else
   return mallinfo2().uordblks;
