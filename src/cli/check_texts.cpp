@@ -81,10 +81,19 @@ Json AsJson(const SameHeader& same) {
           {"reports", Texts(same.names)}};
 }
 
+const char* IdOf(UnmatchedReason reason) {
+  switch (reason) {
+    case UnmatchedReason::kNoSuchReference:
+      return "no_such_reference";
+    case UnmatchedReason::kNotOnTheWay:
+      return "not_on_the_way";
+    default:
+      return "another_is_applied";
+  }
+}
+
 Json AsJson(const UnmatchedDifference& difference) {
-  return {{"name", ToValidUtf8(difference.name)},
-          {"reason", difference.reason == UnmatchedReason::kNoSuchReference ? "no_such_reference"
-                                                                            : "not_on_the_way"}};
+  return {{"name", ToValidUtf8(difference.name)}, {"reason", IdOf(difference.reason)}};
 }
 
 template <class Items>
@@ -123,15 +132,16 @@ std::string CheckText(const SameHeader& same) {
 }
 
 std::string CheckText(const UnmatchedDifference& difference) {
-  if (difference.reason == UnmatchedReason::kNoSuchReference) {
-    return "Die Differenz-Datei " + difference.name +
-           " passt zu nichts: Es gibt keinen Bericht der "
-           "Referenz " +
-           difference.reference + ".";
+  const std::string file = "Die Differenz-Datei " + difference.name;
+  switch (difference.reason) {
+    case UnmatchedReason::kNoSuchReference:
+      return file + " passt zu nichts: Es gibt keinen Bericht der Referenz " +
+             difference.reference + ".";
+    case UnmatchedReason::kNotOnTheWay:
+      return file + " passt zu nichts: Kein Bericht kommt auf ihre alte Version.";
+    default:
+      return file + " wird nicht angewendet: Eine andere führt von ihrer alten Version weiter.";
   }
-  return "Die Differenz-Datei " + difference.name +
-         " passt zu nichts: Kein Bericht kommt auf ihre "
-         "alte Version.";
 }
 
 std::string OtherFileText(const std::string& name) {

@@ -49,12 +49,18 @@ std::string PlaceText(const std::vector<std::string>& place) {
   return text;
 }
 
+namespace {
+
+std::string NameOf(const CheckedDifference& checked) {
+  const std::string name = FileNameOf(checked.new_path);
+  return checked.diff_path.empty() ? name : name + " (" + FileNameOf(checked.diff_path) + ")";
+}
+
+}  // namespace
+
 std::string CheckHeading(const CheckedDifference& checked) {
   const std::size_t places = checked.places.size();
-  std::string text = FileNameOf(checked.new_path);
-  if (!checked.diff_path.empty())
-    text.append(" (").append(FileNameOf(checked.diff_path)).append(")");
-  text.append(": ").append(std::to_string(places));
+  std::string text = NameOf(checked) + ": " + std::to_string(places);
   return text.append(places == 1 ? " Stelle" : " Stellen");
 }
 
@@ -74,6 +80,10 @@ void PrintDifferences(const std::vector<CheckedDifference>& differences, Output&
     return;
   }
   for (const CheckedDifference& checked : differences) {
+    if (!checked.failure.empty()) {
+      output.Line("Nicht nachgeprüft: " + Printable(NameOf(checked) + ": " + checked.failure) +
+                  ".");
+    }
     if (checked.places.empty()) continue;
     output.Line("Nicht nachgebildet: " + Printable(CheckHeading(checked)));
     for (const Unreproduced& place : checked.places) {

@@ -15,7 +15,7 @@ struct CheckedDifference {
   std::string new_path;
   std::string diff_path;  // empty where the versions do not differ
   std::vector<Unreproduced> places;
-  std::string failure;  // why it could not be checked; empty when it could
+  std::string failure;  // why the check says nothing about the file; empty when it does
 };
 
 bool AllReproduced(const std::vector<CheckedDifference>& differences);

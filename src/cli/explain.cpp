@@ -1,9 +1,11 @@
+#include <array>
 #include <cstdlib>
 #include <optional>
 
 #include "cli/commands.h"
 #include "cli/message_page.h"
 #include "cli/tessary.h"
+#include "platform/text.h"
 #include "ui/message_guide.h"
 
 namespace tessary {
@@ -18,6 +20,23 @@ std::optional<std::int32_t> NumberIn(const std::string& text) {
   if (text.empty() || *end != '\0' || end == begin) return std::nullopt;
   if (value < INT32_MIN || value > UINT32_MAX) return std::nullopt;
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
+}
+
+// Messages are copied from a protocol with the mark in front of them.
+constexpr std::array<std::string_view, 8> kMarks = {"OK", "FEHLER", "Hinweis",  "✔",
+                                                    "✘",  "⚠",      "Warnung:", "tessary:"};
+
+std::string WithoutMark(std::string_view text) {
+  for (bool found = true; found;) {
+    text = TrimBlanks(text);
+    found = false;
+    for (const std::string_view mark : kMarks) {
+      if (!text.starts_with(mark) || !text.substr(mark.size()).starts_with(' ')) continue;
+      text.remove_prefix(mark.size());
+      found = true;
+    }
+  }
+  return std::string(text);
 }
 
 std::vector<const MessageGuide*> GuidesFor(const std::string& wanted) {
@@ -40,7 +59,7 @@ int RunExplain(const CommandLine& line, const CommandSurroundings& around) {
     around.output.Text(MessagePage());
     return kExitDone;
   }
-  const auto guides = GuidesFor(line.operands[0]);
+  const auto guides = GuidesFor(WithoutMark(line.operands[0]));
   if (guides.empty()) {
     around.messages.Print("tessary: Zu „" + line.operands[0] + "“ gibt es keine Erklärung.");
     return kExitFailed;

@@ -183,6 +183,19 @@ class OperationRun {
   BXConvertLLMgr manager_;
 };
 
+// The second of the two to be written would find a file that is none of its kind.
+bool ResultFilesDiffer(const CommandLine& line, const CommandSurroundings& around) {
+  if (line.html.empty() || line.journal.empty()) return true;
+  const std::string page = AbsolutePath(line.html);
+  const std::string journal = AbsolutePath(line.journal);
+  const std::string identity = around.files.IdentityOf(page);
+  const bool same_file = !identity.empty() && identity == around.files.IdentityOf(journal);
+  if (page != journal && !same_file) return true;
+  around.messages.Print("tessary: Protokollseite und Änderungsprotokoll können nicht beide " +
+                        page + " sein.");
+  return false;
+}
+
 // Whether every file that the run shall write about itself can be written; says why not.
 bool ResultFilesAreWritable(const CommandLine& line, const CommandSurroundings& around) {
   const auto writable = [&](const ResultFileKind& kind, const std::string& path) {
@@ -191,7 +204,8 @@ bool ResultFilesAreWritable(const CommandLine& line, const CommandSurroundings& 
     if (!problem.empty()) around.messages.Print("tessary: " + problem);
     return problem.empty();
   };
-  return writable(kPageFile, line.html) && writable(kJournalFile, line.journal);
+  return writable(kPageFile, line.html) && writable(kJournalFile, line.journal) &&
+         ResultFilesDiffer(line, around);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "manager/user_section.h"
 #include "platform/failure.h"
 #include "platform/path.h"
+#include "platform/text.h"
 
 namespace tessary {
 
@@ -34,6 +35,7 @@ void NoticeCollector::SkippedByAnswer(const std::string& path) {
 void NoticeCollector::DifferenceCreated(const std::string& old_path, const std::string& new_path,
                                         const std::string& diff_path) {
   if (!check_differences_) return;
+  MarkReplaced(diff_path, FileNameOf(old_path));
   CheckedDifference checked{old_path, new_path, diff_path, {}, {}};
   try {
     checked.places = CheckDifference(files_, old_path, new_path, diff_path);
@@ -43,6 +45,18 @@ void NoticeCollector::DifferenceCreated(const std::string& old_path, const std::
             " konnte nicht nachgeprüft werden: " + failure.description() + ".");
   }
   differences_.push_back(std::move(checked));
+}
+
+// The manager has warned of it, but a difference that is no longer there makes nothing come about.
+void NoticeCollector::MarkReplaced(const std::string& diff_path, const std::string& report) {
+  if (diff_path.empty()) return;
+  const auto [begin, end] = places_.equal_range(FoldCase(diff_path));
+  for (auto place = begin; place != end; ++place) {
+    CheckedDifference& earlier = differences_[place->second];
+    if (files_.IdentityOf(earlier.diff_path) != files_.IdentityOf(diff_path)) continue;
+    earlier.failure = "Die Differenz-Datei wurde durch die des Berichts " + report + " ersetzt";
+  }
+  places_.emplace(FoldCase(diff_path), differences_.size());
 }
 
 void NoticeCollector::SkippedReport(const std::string& name) {

@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -49,6 +50,8 @@ class NoticeCollector : public RunNotices {
   bool any_skipped() const { return any_skipped_; }
 
  private:
+  // Earlier differences that stood in the file that a later one has been written to.
+  void MarkReplaced(const std::string& diff_path, const std::string& report);
   void SkippedReport(const std::string& name);
   void SkippedFolder(const std::string& folder);
 
@@ -62,6 +65,7 @@ class NoticeCollector : public RunNotices {
   bool any_skipped_ = false;
   bool check_differences_ = false;
   std::vector<CheckedDifference> differences_;
+  std::unordered_multimap<std::string, std::size_t> places_;  // in differences_, by folded path
 };
 
 }  // namespace tessary

@@ -20,7 +20,8 @@ namespace tessary {
 namespace {
 
 struct Line {
-  std::string text;
+  std::string text;      // as both sides are compared
+  std::string shown;     // as it stands in the file; a section with what tells it from others
   std::string label;     // what the element is called as a place
   std::string identity;  // equal for elements that the comparison takes for the same
   bool is_section;
@@ -28,54 +29,83 @@ struct Line {
   std::vector<Line> inside;
 };
 
-// The line numbers of a file's elements in its order, which is that of the tree from top to bottom.
-std::vector<std::int64_t> ElementLines(FileSystem& files, const std::string& path) {
-  SharedErrors errors;
-  BXReportFile store(NewEngineContext(errors, nullptr));
-  const std::string text = DecodeWindows1252(ReadWholeFile(*files.OpenForReading(path)));
-  std::vector<std::int64_t> numbers;
-  std::int64_t number = 0;
-  for (std::size_t begin = 0; begin < text.size();) {
-    const std::size_t end = std::min(text.find('\n', begin), text.size());
-    std::string line = text.substr(begin, end - begin);
-    begin = end + 1;
-    ++number;
-    std::erase_if(line, [](char c) { return c == '\t' || c == '\r'; });
-    const std::string_view trimmed = TrimBlanks(line);
-    const auto dropped = store.lines_dropped();
-    store.AddLine(line);
-    if (trimmed.empty() || trimmed == "{" || trimmed == "}") continue;
-    if (store.lines_dropped() == dropped) numbers.push_back(number);
-  }
-  return numbers;
-}
+// Reads a report line by line and remembers which line each element comes from. Where blocks are
+// not balanced the elements do not stand in the order of the file.
+class NumberedReport {
+ public:
+  explicit NumberedReport(const Ref<EngineContext>& context) : store_(context) {}
 
-std::vector<Line> LinesOf(const Ref<ElementTable>& elements,
-                          const std::vector<std::int64_t>& numbers, std::size_t& next) {
-  std::vector<Line> lines;
-  if (IsArrayEmpty(elements)) return lines;
-  const TextPool& pool = elements->pool();
-  for (std::int32_t row = 1; row <= elements->rows(); ++row) {
-    const Element& element = elements->Row(row);
+  void AddLine(std::string_view line) {
+    ++number_;
+    store_.AddLine(line);
+    if (const Ref<ElementTable> array = store_.ArrayOfLastLine()) {
+      sources_[&*array].push_back({number_, std::string(TrimTabsAndBlanks(line))});
+    }
+  }
+
+  std::vector<Line> Lines() const { return LinesOf(store_.ReportFile()); }
+
+ private:
+  struct Source {
+    std::int64_t number;
+    std::string text;
+  };
+
+  std::vector<Line> LinesOf(const Ref<ElementTable>& elements) const {
+    std::vector<Line> lines;
+    if (IsArrayEmpty(elements)) return lines;
+    const std::vector<Source>& sources = sources_.at(&*elements);
+    for (std::int32_t row = 1; row <= elements->rows(); ++row) {
+      lines.push_back(LineOf(elements->Row(row), elements->pool(),
+                             sources.at(static_cast<std::size_t>(row) - 1)));
+    }
+    return lines;
+  }
+
+  Line LineOf(const Element& element, const TextPool& pool, const Source& source) const {
     const ElementTexts texts = {pool.Text(element.key[bxeaName]), pool.Text(element.key[bxeaKey]),
                                 pool.Text(element.key[bxeaTyp])};
-    Line line{.text = {},
+    Line line{.text = std::string(texts.name),
+              .shown = source.text,
               .label = LabelOf(texts),
               .identity = {},
-              .is_section = false,
-              .number = next < numbers.size() ? numbers[next] : 0,
+              .is_section = IsSectionLine(texts.name),
+              .number = source.number,
               .inside = {}};
-    ++next;
-    line.is_section = IsSectionLine(texts.name);
-    line.text = line.is_section ? std::string(texts.name)
-                                : JoinProperty(texts.name, texts.key, element.value());
+    if (line.is_section) {
+      line.shown = line.label;
+    } else {
+      line.text = JoinProperty(texts.name, texts.key, element.value());
+    }
     for (const std::string_view text : {texts.name, texts.key, texts.typ}) {
       line.identity.append(FoldCase(text)).push_back('\n');
     }
-    if (element.child) line.inside = LinesOf(element.child->ElementArray(), numbers, next);
-    lines.push_back(std::move(line));
+    if (element.child) line.inside = LinesOf(element.child->ElementArray());
+    return line;
   }
-  return lines;
+
+  BXReportFile store_;
+  std::int64_t number_ = 0;
+  std::map<const ElementTable*, std::vector<Source>> sources_;  // by array, of its rows
+};
+
+std::vector<Line> LinesOfFile(FileSystem& files, const Ref<EngineContext>& context,
+                              const std::string& path) {
+  const std::string text = DecodeWindows1252(ReadWholeFile(*files.OpenForReading(path)));
+  NumberedReport report(context);
+  for (std::string_view rest = text; !rest.empty();) report.AddLine(TakeLine(rest));
+  return report.Lines();
+}
+
+// The lines as the next run would read them from the file that this one writes.
+std::vector<Line> LinesAsWritten(const Ref<EngineContext>& context, const Ref<ElementTable>& tree) {
+  BXReportFile writer(context);
+  writer.SetReportFile(tree);
+  NumberedReport report(context);
+  for (std::string line = writer.GetFirstLine(); !line.empty(); line = writer.GetNextLine()) {
+    report.AddLine(line);
+  }
+  return report.Lines();
 }
 
 // The places of a longest ascending subsequence.
@@ -119,8 +149,8 @@ class LineComparison {
   };
 
   void Add(Deviation reason, const Line* result, const Line* wanted) {
-    list_.push_back({reason, place_, wanted ? wanted->number : 0, wanted ? wanted->text : "",
-                     result ? result->text : ""});
+    list_.push_back({reason, place_, wanted ? wanted->number : 0, wanted ? wanted->shown : "",
+                     result ? result->shown : ""});
   }
 
   // `inherited`: why whatever differs here does so, where that is already known.
@@ -191,17 +221,6 @@ class LineComparison {
   std::vector<Unreproduced> list_;
 };
 
-// The tree as the next run would read it from the file that this one writes.
-Ref<ElementTable> Reread(const Ref<EngineContext>& context, const Ref<ElementTable>& tree) {
-  BXReportFile writer(context);
-  writer.SetReportFile(tree);
-  BXReportFile reader(context);
-  for (std::string line = writer.GetFirstLine(); !line.empty(); line = writer.GetNextLine()) {
-    reader.AddLine(line);
-  }
-  return reader.ReportFile();
-}
-
 }  // namespace
 
 std::vector<Unreproduced> CheckDifference(FileSystem& files, const std::string& old_path,
@@ -210,17 +229,13 @@ std::vector<Unreproduced> CheckDifference(FileSystem& files, const std::string& 
   SharedErrors errors;
   const Ref<EngineContext> context = NewEngineContext(errors, nullptr);
   Ref<ElementTable> result = ReadReport(files, context, old_path, nullptr);
-  const Ref<ElementTable> wanted = ReadReport(files, context, new_path, nullptr);
   if (!diff_path.empty()) {
     const Ref<Level> converted = context->CreateLevel(0);
     converted->Convert(result, ReadReport(files, context, diff_path, nullptr));
     result = converted->ElementArray();
   }
-  std::size_t next = 0;
-  const std::vector<Line> result_lines = LinesOf(Reread(context, result), {}, next);
-  next = 0;
-  const std::vector<Line> wanted_lines = LinesOf(wanted, ElementLines(files, new_path), next);
-  return LineComparison().Run(result_lines, wanted_lines);
+  const std::vector<Line> written = LinesAsWritten(context, result);
+  return LineComparison().Run(written, LinesOfFile(files, context, new_path));
 }
 
 }  // namespace tessary

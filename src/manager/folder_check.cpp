@@ -57,8 +57,14 @@ class Checker {
   }
 
   bool FoldersAreThere() {
+    if (diff_folder_.empty()) {
+      check_.problems.push_back("Fehlende Pfadangabe für das Differenz-Berichtsverzeichnis.");
+    }
+    if (report_folder_.empty()) {
+      check_.problems.push_back("Fehlende Pfadangabe für das Berichtsverzeichnis.");
+    }
     for (const std::string* folder : {&diff_folder_, &report_folder_}) {
-      if (!files_.FolderExists(*folder)) Problem(*folder, " existiert nicht.");
+      if (!folder->empty() && !files_.FolderExists(*folder)) Problem(*folder, " existiert nicht.");
     }
     return check_.problems.empty();
   }
@@ -86,15 +92,32 @@ class Checker {
       }
       NoReportReason reason = ReasonOf(name, report.version);
       if (reason == NoReportReason::kNoVersion && report.reference.empty()) {
+        if (!CanBeOpened(name)) continue;
         reason = NoReportReason::kNoHeader;
       }
       check_.no_reports.push_back({name, reason});
     }
   }
 
+  // A file that cannot be opened looks like one without a header, but may be a report.
+  bool CanBeOpened(const std::string& name) {
+    try {
+      files_.OpenForReading(JoinPath(report_folder_, name));
+      return true;
+    } catch (const Failure& failure) {
+      check_.problems.push_back(UnreadableText(name, failure));
+      return false;
+    }
+  }
+
+  static std::string UnreadableText(const std::string& name, const Failure& failure) {
+    return "Die Datei " + name + " kann nicht gelesen werden: " + failure.description() + ".";
+  }
+
   void Follow(CheckedReport& report) {
     const std::string reference = FoldCase(report.reference);
     report.reached = report.version;
+    arrivals_.emplace(reference, report.version);
     const ListedFile* next = nullptr;  // behind the gap
     for (const ListedFile& difference : differences_) {
       if (difference.reference != reference) continue;
@@ -103,6 +126,7 @@ class Checker {
         report.chain.push_back(difference.name);
         report.reached = difference.new_version;
         used_.insert(difference.name);
+        arrivals_.emplace(reference, report.reached);
       } else if (!next || next->version < report.reached) {
         next = &difference;
       }
@@ -162,8 +186,7 @@ class Checker {
       ReadReport(files_, NewEngineContext(errors, nullptr), path, &statistics);
       result.warnings = ReadWarnings(path, statistics);
     } catch (const Failure& failure) {
-      result.failures.push_back("Die Datei " + FileNameOf(path) +
-                                " kann nicht gelesen werden: " + failure.description() + ".");
+      result.failures.push_back(UnreadableText(FileNameOf(path), failure));
     }
     return result;
   }
@@ -195,16 +218,21 @@ class Checker {
   }
 
   void FindUnmatched() {
-    std::set<std::string> references;
-    for (const CheckedReport& report : check_.reports)
-      references.insert(FoldCase(report.reference));
     for (const ListedFile& difference : differences_) {
       if (used_.contains(difference.name)) continue;
-      check_.unmatched.push_back({difference.name, ParseDiffFileName(difference.name).reference,
-                                  references.contains(difference.reference)
-                                      ? UnmatchedReason::kNotOnTheWay
-                                      : UnmatchedReason::kNoSuchReference});
+      check_.unmatched.push_back(
+          {difference.name, ParseDiffFileName(difference.name).reference, WhyUnused(difference)});
     }
+  }
+
+  UnmatchedReason WhyUnused(const ListedFile& difference) const {
+    if (arrivals_.contains({difference.reference, difference.version})) {
+      return UnmatchedReason::kAnotherIsApplied;
+    }
+    const auto arrival = arrivals_.lower_bound({difference.reference, 0});
+    return arrival != arrivals_.end() && arrival->first == difference.reference
+               ? UnmatchedReason::kNotOnTheWay
+               : UnmatchedReason::kNoSuchReference;
   }
 
   FileSystem& files_;
@@ -213,7 +241,8 @@ class Checker {
   const OmitReport& omit_;
   std::vector<ListedFile> differences_;
   std::set<std::string> used_;
-  std::map<std::string, ReadResult> read_;  // difference files by name
+  std::set<std::pair<std::string, std::int32_t>> arrivals_;  // references and reached versions
+  std::map<std::string, ReadResult> read_;                   // difference files by name
   FolderCheck check_;
 };
 

@@ -57,7 +57,11 @@ struct SameHeader {
   std::vector<std::string> names;
 };
 
-enum class UnmatchedReason { kNoSuchReference, kNotOnTheWay };
+enum class UnmatchedReason {
+  kNoSuchReference,
+  kNotOnTheWay,       // no report comes to its old version
+  kAnotherIsApplied,  // one does, but a duplicate leads it on
+};
 
 struct UnmatchedDifference {
   std::string name;
@@ -66,7 +70,7 @@ struct UnmatchedDifference {
 };
 
 struct FolderCheck {
-  std::vector<std::string> problems;  // of the folders themselves
+  std::vector<std::string> problems;  // of the folders, and files that cannot be opened
   std::vector<CheckedReport> reports;
   std::vector<NoReport> no_reports;
   std::vector<DuplicateStep> duplicate_steps;

@@ -54,6 +54,9 @@ class BXReportFile {
 
   // Lines left out so far because their level lay outside 0 to 9, brace lines not counted.
   std::int64_t lines_dropped() const { return lines_dropped_; }
+  // While reading with AddLine, the array whose last row is the line read last; none where that
+  // line was left out or is a brace.
+  Ref<ElementTable> ArrayOfLastLine() const;
   // While reading, the level of the line read last: after the last line of a well-formed file 0
   // or 1.
   std::int32_t level() const { return m_lngLevel; }
@@ -93,6 +96,7 @@ class BXReportFile {
   std::array<Ref<Level>, 10> m_objLevel;  // where the next line of each level is added
   std::int32_t m_lngLevel = 0;
   std::int32_t level_added_to_ = kNoLevel;  // by the line before
+  bool last_line_added_ = false;
   std::int64_t lines_dropped_ = 0;
   std::string stripped_;  // storage for the line that lost tabs last
   DiffLine diff_line_;

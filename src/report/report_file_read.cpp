@@ -49,6 +49,7 @@ Ref<ElementTable> BXReportFile::ReportFile() const {
 
 void BXReportFile::AddLine(std::string_view strLine) {
   InProcedure("AddLine", "Fehler beim Auswerten einer Zeile.").Run([&] {
+    last_line_added_ = false;
     const std::string_view line = StripLine(strLine);
     if (line.empty()) return;
     DiffTextToElement(line, diff_line_);
@@ -61,6 +62,11 @@ void BXReportFile::AddLine(std::string_view strLine) {
     }
     AddElement(type);
   });
+}
+
+Ref<ElementTable> BXReportFile::ArrayOfLastLine() const {
+  if (!last_line_added_) return nullptr;
+  return m_objLevel[static_cast<std::size_t>(level_added_to_)]->ElementArray();
 }
 
 void BXReportFile::CheckLine(std::string_view strLine, BXLineType& lineType) {
@@ -101,6 +107,7 @@ Level& BXReportFile::LevelForLine() {
 void BXReportFile::AddElement(BXLineType type) {
   Level& level = LevelForLine();
   level.Add(ArgumentsOf(diff_line_, type));
+  last_line_added_ = true;
   FoundField found;
   if (level.GetFoundFieldValue(found)) {
     AddFieldValue(found.owner, found.owner_level, static_cast<BXElementArray>(found.field),

@@ -210,6 +210,10 @@ constexpr auto kGuides = std::to_array<MessageGuide>({
     {kWarnings, "Die Differenz zu … konnte nicht nachgeprüft werden: …",
      "Beim Nachprüfen ist etwas gescheitert; die Differenz-Datei selbst ist geschrieben.",
      "Die genannte Ursache beseitigen und erneut vergleichen."},
+    {kWarnings, "Die Differenz-Datei wurde durch die des Berichts … ersetzt",
+     "Zwei Berichte des Ordners haben dieselbe Referenz und dieselben Versionen; nachgeprüft ist "
+     "nur die spätere Differenz-Datei.",
+     "Einem der beiden einen eigenen Referenzbeleg geben."},
     {kWarnings, "Die Datei … hat … außerhalb der Ebenen 0 bis 9; sie … nicht übernommen.",
      "Es gibt zu viele schließende Klammern oder zu tief geschachtelte Blöcke. Diese Zeilen fehlen "
      "nach dem Schreiben.",
@@ -228,6 +232,9 @@ constexpr auto kGuides = std::to_array<MessageGuide>({
     {kWarnings, "Das Änderungsprotokoll … konnte nicht geschrieben werden: …",
      "Der Ordner fehlt, die Rechte reichen nicht, oder der Datenträger ist voll.",
      "Einen anderen Ort angeben oder Platz schaffen."},
+    {kWarnings, "Protokollseite und Änderungsprotokoll können nicht beide … sein.",
+     "Bei --html und --journal steht dieselbe Datei. Es ist nichts geschehen.",
+     "Zwei verschiedene Namen angeben."},
 
     // Descriptions of run-time errors.
     {kNumbers, "Ungültiger Prozeduraufruf oder ungültiges Argument",

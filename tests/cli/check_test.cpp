@@ -57,8 +57,8 @@ TEST_F(CheckTest, SaysWhatHappensToEveryReport) {
             "ergäben sie dieselbe Differenz-Datei.\n"
             "Hinweis Die Differenz-Datei 3_4Mahnung passt zu nichts: Es gibt keinen Bericht der "
             "Referenz Mahnung.\n"
-            "Hinweis Die Differenz-Datei 4_6Rechnung passt zu nichts: Kein Bericht kommt auf ihre "
-            "alte Version.\n"
+            "Hinweis Die Differenz-Datei 4_6Rechnung wird nicht angewendet: Eine andere führt von "
+            "ihrer alten Version weiter.\n"
             "Hinweis Im Differenz-Ordner ist Liesmich.txt dem Namen nach keine Differenz-Datei.\n"
             "Hinweis Notizen ist kein Bericht: der Name hat keine Erweiterung.\n"
             "Hinweis x\uFFFD.txt ist kein Bericht: in [UserSection] fehlen Version und "
@@ -90,7 +90,7 @@ TEST_F(CheckTest, JsonHoldsEverything) {
   EXPECT_EQ(object["duplicate_steps"][0]["difference_files"],
             Json::parse(R"(["4_5Rechnung","4_6Rechnung"])"));
   EXPECT_EQ(object["same_difference_file"][0]["reports"], Json::parse(R"(["a.lst","b.lst"])"));
-  EXPECT_EQ(object["unmatched_difference_files"][1]["reason"], "not_on_the_way");
+  EXPECT_EQ(object["unmatched_difference_files"][1]["reason"], "another_is_applied");
   EXPECT_EQ(object["other_files"], Json::parse(R"(["Liesmich.txt"])"));
   EXPECT_EQ(object["problems"], Json::array());
 }

@@ -223,6 +223,16 @@ TEST_F(ExplainTest, AMessageANumberOrAPart) {
             std::string::npos);
 }
 
+TEST_F(ExplainTest, ALineCopiedFromAProtocol) {
+  for (const char* line :
+       {"FEHLER  Die Datei a.lst existiert nicht.", "   Hinweis Die Datei a.lst existiert nicht. ",
+        "⚠ Die Datei a.lst existiert nicht.",
+        "tessary: Warnung: Die Datei a.lst existiert nicht."}) {
+    EXPECT_EQ(Run({"explain", line}), kExitDone) << line;
+    EXPECT_TRUE(console_.out.starts_with("Die Datei … existiert nicht.\n")) << console_.out;
+  }
+}
+
 TEST_F(ExplainTest, SomethingUnknown) {
   for (const char* wanted : {"Es regnet", "1", "99999999999", "0x", ""}) {
     EXPECT_EQ(Run({"explain", wanted}), kExitFailed) << wanted;

@@ -51,6 +51,17 @@ const Words kConvertFolder = {"convert-folder", "/diff", "/rep", "--html", "/out
 
 std::string Absolute(const std::string& path) { return MakeAbsolute(path); }
 
+TEST_F(PageTest, OneFileForPageAndJournalIsRefusedBeforeAnythingHappens) {
+  const auto before = memory_.files();
+  for (const char* page : {"/out/x", "/out/./x"}) {
+    EXPECT_EQ(Run({"convert-folder", "/diff", "/rep", "--html", page, "--journal", "/out/x"}),
+              kExitWrongUsage);
+    EXPECT_EQ(console_.err, "tessary: Protokollseite und Änderungsprotokoll können nicht beide " +
+                                Absolute("/out/x") + " sein.\n");
+    EXPECT_EQ(memory_.files(), before);
+  }
+}
+
 TEST_F(PageTest, EveryOperationWritesOne) {
   const struct {
     Words arguments;

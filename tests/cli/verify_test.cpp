@@ -66,6 +66,41 @@ TEST_F(VerifyTest, StrictMakesItAFailure) {
       console_.err.starts_with("tessary: Die Option „--strict“ verlangt die Option „--verify“."));
 }
 
+TEST_F(VerifyTest, ADifferenceThatALaterOneReplacesIsNotGood) {
+  files_ = MemoryFiles();
+  for (const char* name : {"a.lst", "b.lst"}) {
+    files_.Put(std::string("/old/") + name, SmallReport(3));
+    files_.Put(std::string("/new/") + name, SmallReport(4));
+  }
+  files_.PutFolder("/diff");
+  EXPECT_EQ(Compare({"--verify", "--json"}), kExitDone);
+  const Json object = Json::parse(console_.out);
+  EXPECT_EQ(object["verification"][0]["failure"],
+            "Die Differenz-Datei wurde durch die des Berichts b.lst ersetzt");
+  EXPECT_FALSE(object["verification"][1].contains("failure"));
+  EXPECT_EQ(Compare({"--verify", "--strict"}), kExitFailed);
+  EXPECT_TRUE(
+      Printed("Nicht nachgeprüft: a.lst (3_4Rechnung): Die Differenz-Datei wurde durch die "
+              "des Berichts b.lst ersetzt.\n"))
+      << console_.out;
+  EXPECT_FALSE(Printed("ganz nachgebildet"));
+  files_.Put("/new/b.lst", SmallReport(5));
+  EXPECT_EQ(Compare({"--verify", "--strict"}), kExitDone) << "two files";
+}
+
+TEST_F(VerifyTest, ASectionIsNamedWithWhatTellsItFromOthers) {
+  const std::vector<std::string> one = {"[Object]", "LinkID=1", "ObjectName=Kopf"};
+  const std::vector<std::string> two = {"[Object]", "LinkID=2", "ObjectName=Fuß"};
+  std::vector<std::string> lines = one;
+  lines.insert(lines.end(), two.begin(), two.end());
+  files_.Put("/old/a.lst", ReportText(3, "A", lines));
+  lines = two;
+  lines.insert(lines.end(), one.begin(), one.end());
+  files_.Put("/new/a.lst", ReportText(4, "A", lines));
+  EXPECT_EQ(Run({"diff", "/old/a.lst", "/new/a.lst", "/diff", "--verify"}), kExitDone);
+  EXPECT_TRUE(Printed("  verschoben: Zeile 4: [Object] 2 Fuß\n")) << console_.out;
+}
+
 TEST_F(VerifyTest, JsonAndPageHoldThePlaces) {
   EXPECT_EQ(Compare({"--verify", "--json", "--html", "/p.html"}), kExitDone);
   const Json object = Json::parse(console_.out);

@@ -77,6 +77,31 @@ TEST_F(DifferenceCheckTest, ReasonsComeInTheirOrderAndLinesAreThoseOfTheFile) {
                           "3 8 [Layout] Font: Size=2 > Size=1"));
 }
 
+TEST_F(DifferenceCheckTest, LinesAreThoseOfTheFileWhereBlocksAreNotBalanced) {
+  // E hangs below C, which stands before [X].
+  const Lines lines = {"[A]", "B=1", "{", "C=1", "{", "D=1", "}",   "}",  "[X]",
+                       "Y=1", "{",   "{", "E=1", "}", "}",   "[G]", "H=1"};
+  const std::string old_path = Path("old", "a.lst");
+  const std::string new_path = Path("new", "a.lst");
+  const Lines old_lines = {"[A]", "B=1", "{",   "C=1", "{",   "D=2",
+                           "}",   "}",   "[X]", "Y=2", "[G]", "H=2"};
+  memory_.Put(old_path, FileText(old_lines));
+  memory_.Put(new_path, FileText(lines));
+  const auto places = CheckDifference(memory_, old_path, new_path, "");
+  EXPECT_EQ(places.size(), 4u);
+  for (const Unreproduced& place : places) {
+    if (place.wanted.empty()) continue;
+    ASSERT_GE(place.line, 1) << place.wanted;
+    EXPECT_EQ(lines[static_cast<std::size_t>(place.line) - 1], place.wanted);
+  }
+}
+
+TEST_F(DifferenceCheckTest, VariablesAreShownWithTheirNumbers) {
+  EXPECT_THAT(Check({"[Variables]", "User1=@A;1", "User2=@B;2"},
+                    {"[Variables]", "User1=@B;2", "User2=@A;1"}),
+              ElementsAre("0 5 [Variables]: User1=@B;2 > User2=@B;2"));
+}
+
 TEST_F(DifferenceCheckTest, VersionsWithoutADifference) {
   const std::string old_path = Path("old", "a.lst");
   const std::string new_path = Path("new", "a.lst");

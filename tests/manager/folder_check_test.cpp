@@ -217,6 +217,29 @@ TEST_F(FolderCheckTest, FilesThatCannotBeRead) {
                           "Die Datei 3_4Rechnung kann nicht gelesen werden: Geräte-E/A-Fehler."));
 }
 
+TEST_F(FolderCheckTest, AFileThatCannotBeOpenedMayBeAReport) {
+  PutDifferences({"3_4Rechnung"});
+  files_.Put("/rep/a.lst", "");
+  files_.Put("/rep/b.lst", SmallReport(3));
+  FailingFiles failing(files_);
+  failing.FailCall(FileCall::kOpenForReading, 1, kPermissionDenied);
+  const FolderCheck check = CheckFolders(failing, "/diff", "/rep", nullptr);
+  EXPECT_THAT(check.problems,
+              ElementsAre("Die Datei a.lst kann nicht gelesen werden: Zugriff verweigert."));
+  EXPECT_THAT(check.no_reports, IsEmpty());
+  EXPECT_FALSE(check.Complete());
+}
+
+TEST_F(FolderCheckTest, ADuplicateOfAnAppliedStepIsNotOutOfTheWay) {
+  PutDifferences({"3_4Rechnung", "4_5Rechnung", "4_6Rechnung", "7_8Rechnung"});
+  files_.Put("/rep/a.lst", SmallReport(3));
+  const FolderCheck check = Check();
+  ASSERT_EQ(check.unmatched.size(), 2u);
+  EXPECT_EQ(check.unmatched[0].name, "4_6Rechnung");
+  EXPECT_EQ(check.unmatched[0].reason, UnmatchedReason::kAnotherIsApplied);
+  EXPECT_EQ(check.unmatched[1].reason, UnmatchedReason::kNotOnTheWay);
+}
+
 TEST_F(FolderCheckTest, WhatIsOddAboutAReportIsAWarning) {
   PutDifferences({"3_4Rechnung"});
   files_.Put("/rep/a.lst", SmallReport(3) + "}\r\n}\r\n}\r\nX=1\r\n");
@@ -230,7 +253,8 @@ TEST_F(FolderCheckTest, FoldersWithoutAnything) {
                                             "Der Ordner /rep enthält keine Berichte."));
   EXPECT_FALSE(Check().Complete());
   EXPECT_THAT(CheckFolders(files_, "/none", "", nullptr).problems,
-              ElementsAre("Der Ordner /none existiert nicht.", "Der Ordner  existiert nicht."));
+              ElementsAre("Fehlende Pfadangabe für das Berichtsverzeichnis.",
+                          "Der Ordner /none existiert nicht."));
 }
 
 TEST_F(FolderCheckTest, OmittedReportsDoNotCount) {
