@@ -115,6 +115,7 @@ TEST(UnreadContents, MakeNoDifference) {
       {"the key of a section before the last", {"[Object]", "[Foo]", "LinkID=8", "[Object]"}},
       {"a tab inside an owner's property",
        {"[Object]", "Lin\tkID=8", "[Layer]", "Visi\tble=1", "LayerID=9"}},
+      {"a tab inside the header of lines", {"[Object]", "A=1", "[@\tLines]", "{", "B=2", "}"}},
       {"columns two levels above their key",
        {"[O]", "[@Lines]",   "{",   "[P]", "{",         "[L]",      "{",      "[Q]", "{",
         "[M]", "{",          "[R]", "{",   "Columns=5", "[Column]", "{",      "a=1", "[Cells]",
@@ -156,6 +157,23 @@ TEST(UnreadContents, MakeNoDifference) {
     EXPECT_EQ(text[true], text[false]);
     EXPECT_EQ(written[true], written[false]);
   }
+}
+
+// Among elements of one identity and one neighbourhood the first is found for all of them, so that
+// equal contents may differ.
+TEST(UnreadContents, MayDifferFromEqualOnes) {
+  const Lines lines = {"[A]",          "User=@x;0",   "User1=\t@x;1", "Sum1=\t@s;1",
+                       "User2=\t@x;2", "Sum2=\t@s;1", "User3=\t@x;3", "Sum3=\t@s;1"};
+  std::vector<std::string> differences[2];
+  for (const bool by_file : {false, true}) {
+    const TestEngine engine;
+    const auto read = by_file ? &ReadFileOfLines : &ReadLines;
+    const auto level = engine.NewLevel(0);
+    level->Compare(read(engine.context, lines), read(engine.context, lines));
+    differences[by_file] = Brief(level->ElementArray());
+  }
+  EXPECT_THAT(differences[false], ElementsAre("U [A]|[A]|", "  U User|@x|3"));
+  EXPECT_EQ(differences[true], differences[false]);
 }
 
 TEST(UnreadContents, CountLinesAndLevelsLikeReadingLineByLine) {
