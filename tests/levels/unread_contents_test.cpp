@@ -9,6 +9,7 @@
 #include "engine/level.h"
 #include "report/report_file.h"
 #include "support/engine_fixture.h"
+#include "support/failure_number.h"
 
 namespace tessary {
 namespace {
@@ -97,6 +98,15 @@ TEST(UnreadContents, LeaveTheErrorCollectionAlone) {
   engine.errors.objErrors->Add({ErrorEntry::kFailure, 5, "S", "T"});
   EXPECT_EQ(ChildOfRow(tree, 1)->ElementArray()->rows(), 1);
   EXPECT_THAT(Entries(engine.errors), ElementsAre("4 5 S: T"));
+}
+
+TEST(UnreadContents, FailToBeFoundAsReadingALineFails) {
+  FailingEngine engine;
+  engine.loop.FailAt(2, kInvalidCall);
+  BXReportFile store(engine.context);
+  const std::string_view text = engine.context->pool()->Adopt("[A]\r\nX=1\r\n");
+  EXPECT_EQ(FailureNumber([&] { store.AddLines(text); }), kInvalidCall);
+  EXPECT_THAT(Entries(engine.errors), ElementsAre(EntryText(5, "BXReportFile Prozedur: AddLine")));
 }
 
 // Whatever the lines are, the tree and what is written are those of reading line by line.
