@@ -7,6 +7,7 @@
 
 #include "engine/ref.h"
 #include "engine/text_pool.h"
+#include "platform/failure.h"
 
 namespace tessary {
 
@@ -70,9 +71,12 @@ struct Element {
   Ref<Level> child;
 
   std::string_view value() const { return {value_text, value_size}; }
+  // Raises Failure 7 for a text whose size does not fit.
   void set_value(std::string_view kept) {
+    const auto size = static_cast<std::uint32_t>(kept.size());
+    if (size != kept.size()) throw Failure(kOutOfMemory);
     value_text = kept.data();
-    value_size = static_cast<std::uint32_t>(kept.size());
+    value_size = size;
   }
   bool HasChild() const { return child || pending_child != kNoChild; }
 };

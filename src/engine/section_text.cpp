@@ -30,7 +30,7 @@ std::string_view PlainName(std::string_view line) {
   std::size_t equals = 0;  // names are short, a call would take longer
   while (equals < line.size() && line[equals] != '=') ++equals;
   if (equals == line.size() || equals == 0 || line[equals - 1] == ' ') return {};
-  const std::string_view value = TrimLeadingBlanks(line.substr(equals + 1));
+  const std::string_view value = TrimTabsAndBlanks(line.substr(equals + 1));
   const std::string_view name = line.substr(0, equals);
   return value.starts_with('@') || IsSectionLine(name) ? std::string_view() : name;
 }
@@ -84,6 +84,11 @@ class DistinctMarks {
 };
 
 }  // namespace
+
+bool IsLinesSection(std::string_view strLine) {
+  std::string storage;
+  return EqualsIgnoreCase(WithoutTabs(strLine, storage), kLinesSection);
+}
 
 BXLineType FollowLevel(std::string_view line, std::int32_t& level) {
   if (IsSectionLine(line)) {

@@ -18,9 +18,8 @@ namespace tessary {
 // The section header that does not return to level 0 when it is met at level 0 or 1.
 inline constexpr std::string_view kLinesSection = "[@Lines]";
 
-inline bool IsLinesSection(std::string_view strLine) {
-  return EqualsIgnoreCase(strLine, kLinesSection);
-}
+// Tabs do not count.
+bool IsLinesSection(std::string_view strLine);
 inline bool IsBlockStart(std::string_view strLine) { return strLine == "{"; }
 inline bool IsBlockEnd(std::string_view strLine) { return strLine == "}"; }
 
@@ -28,9 +27,9 @@ inline bool IsBlockEnd(std::string_view strLine) { return strLine == "}"; }
 inline constexpr std::int32_t kDeepestLevel = 9;
 
 // What kind of line this is, and the level of it and what follows: section headers and braces move
-// `level`, which is that of the line before. `line` has no tabs or blanks at its ends; an empty one
-// counts as a property. bxltUnknown: a brace. Raises Failure 6 where the level leaves the range of
-// its type.
+// `level`, which is that of the line before. `line` has no tabs or blanks at its ends, and tabs
+// inside do not count; an empty one counts as a property. bxltUnknown: a brace. Raises Failure 6
+// where the level leaves the range of its type.
 BXLineType FollowLevel(std::string_view line, std::int32_t& level);
 
 // Goes through the lines of a text.

@@ -28,26 +28,28 @@ void SetLineID(const Element& line, const TextPool& pool) {
 
 }  // namespace
 
-// Whichever way a block is left, the lines renumbered in it have their numbers inside as well.
-class BXLevel5::LineIDsAtEnd {
- public:
-  explicit LineIDsAtEnd(BXLevel5& level) : level_(level) {}
-  LineIDsAtEnd(const LineIDsAtEnd&) = delete;
-  LineIDsAtEnd& operator=(const LineIDsAtEnd&) = delete;
-  ~LineIDsAtEnd() { level_.WriteLineIDs(); }
-
- private:
-  BXLevel5& level_;
-};
+// A line that has not been read yet is read for its number, so writing numbers may fail.
+template <class Body>
+void BXLevel5::WithLineIDsAtEnd(const Body& body) {
+  try {
+    body();
+  } catch (...) {
+    try {
+      WriteLineIDs();
+    } catch (...) {
+      // What went wrong first is what is told.
+    }
+    throw;
+  }
+  WriteLineIDs();
+}
 
 void BXLevel5::Convert(const Ref<ElementTable>& aReport, const Ref<ElementTable>& aDiffFile) {
-  const LineIDsAtEnd at_end(*this);
-  LevelBase::Convert(aReport, aDiffFile);
+  WithLineIDsAtEnd([&] { LevelBase::Convert(aReport, aDiffFile); });
 }
 
 void BXLevel5::UpdatePropertyLineID(std::int32_t lngStartRow, std::int32_t lngStartID) {
-  const LineIDsAtEnd at_end(*this);
-  Renumber(lngStartRow, lngStartID);
+  WithLineIDsAtEnd([&] { Renumber(lngStartRow, lngStartID); });
 }
 
 void BXLevel5::Renumber(std::int32_t first_row, std::int32_t first_number) {

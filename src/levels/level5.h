@@ -22,8 +22,6 @@ class BXLevel5 final : public LevelBase, private BeforeInsertHandler {
   void Convert(const Ref<ElementTable>& aReport, const Ref<ElementTable>& aDiffFile) override;
 
  private:
-  class LineIDsAtEnd;
-
   void BeforeInsert(const Element& element) override { m_objBasis_BeforeInsert(element); }
   void CompleteInsertions() override { WriteLineIDs(); }
   void m_objBasis_BeforeInsert(const Element& element);
@@ -31,6 +29,9 @@ class BXLevel5 final : public LevelBase, private BeforeInsertHandler {
   // date.
   void Renumber(std::int32_t first_row, std::int32_t first_number);
   void WriteLineIDs();
+  // Whichever way `body` is left, the lines renumbered in it have their numbers inside as well.
+  template <class Body>
+  void WithLineIDsAtEnd(const Body& body);
 
   bool line_ids_due_ = false;
 };

@@ -76,8 +76,10 @@ void BXReportFile::CheckLine(std::string_view strLine, BXLineType& lineType) {
 std::int64_t BXReportFile::AddLines(std::string_view strLines) {
   std::int64_t count = 0;
   const Ref<Level> top = context_->CreateLevel(0);
-  const std::int32_t level =
-      ReadSection(static_cast<LevelBase&>(*top), strLines, &*context_, count);
+  // What can fail here, memory above all, could fail with any line.
+  const Procedure procedure = InProcedure("AddLine", "Fehler beim Auswerten einer Zeile.");
+  const std::int32_t level = procedure.Run(
+      [&] { return ReadSection(static_cast<LevelBase&>(*top), strLines, &*context_, count); });
   if (level >= 0) {
     m_objLevel[0] = top;
     m_lngLevel = level;

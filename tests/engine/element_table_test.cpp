@@ -151,5 +151,16 @@ TEST_F(ElementTableTest, FindNameTakesTheFirstRowWithoutRegardToCase) {
   EXPECT_EQ(table->FindName(pool().Intern("B")), 0);
 }
 
+// Only where memory can hold such a text; it is not looked at here.
+TEST_F(ElementTableTest, AValueIsNeverCutOff) {
+  Element element;
+  element.set_value("abc");
+  constexpr auto kTooLong = static_cast<std::size_t>(std::uint64_t{UINT32_MAX} + 3);
+  const std::string_view text("x", kTooLong);
+  if (kTooLong < 3) return;
+  EXPECT_EQ(FailureNumber([&] { element.set_value(text); }), kOutOfMemory);
+  EXPECT_EQ(element.value(), "abc");
+}
+
 }  // namespace
 }  // namespace tessary

@@ -34,6 +34,11 @@ TEST(LineWalker, FollowsTheLevelThroughHeadersAndBraces) {
                   "0S[C]"));
 }
 
+TEST(LineWalker, KnowsTheSectionOfLinesWithTabsInside) {
+  EXPECT_THAT(Walk(Text({"[A]", "[@\tLi\tNes]", "[\tB]"}), 0),
+              ElementsAre("0S[A]", "1S[@\tLi\tNes]", "0S[\tB]"));
+}
+
 TEST(LineWalker, TakesLineEndsApart) {
   EXPECT_THAT(Walk("[A]\r\nX=1\n\r\nY=2\r", 0), ElementsAre("0S[A]", "1PX=1", "1-", "1PY=2\r"));
   EXPECT_THAT(Walk("", 0), IsEmpty());
@@ -116,6 +121,7 @@ TEST(HasDistinctElements, IsFalseWhereverElementsMayBeTheSame) {
        false},
       {"the same section", {"[@Lines]", "{", "[S]", "[T]", "[S]", "}"}, false},
       {"a variable, whose name is not what it seems", {"User1=@A;1"}, false},
+      {"variables behind tabs", {"User1=\t@A;1", "User2= \t @A;1"}, false},
       {"letters beyond ASCII", {"Größe=1"}, false},
       {"a tab in the name", {"A\tB=1"}, false},
       {"blanks behind the name", {"A =1"}, false},

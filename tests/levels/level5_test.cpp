@@ -190,6 +190,19 @@ TEST_F(Level5Test, ARenumberingThatFailsIsReportedByTheRenumbering) {
               ElementsAre(EntryText(5, "BXLevel5 Prozedur: UpdatePropertyLineID")));
 }
 
+// The properties of a line that cannot be read, as when memory runs out.
+class UnreadableLevel : public LevelBase {
+ public:
+  explicit UnreadableLevel(const Ref<EngineContext>& context) : LevelBase(context, 6) {}
+  Ref<ElementTable> ElementArray() override { throw Failure(kOutOfMemory); }
+};
+
+TEST_F(Level5Test, ALineWhosePropertiesCannotBeReadIsAFailure) {
+  SetRows({SectionRow("[Line]", MakeRef<UnreadableLevel>(engine_.context))});
+  EXPECT_EQ(FailureNumber([&] { level_->UpdatePropertyLineID(1, 1); }), kOutOfMemory);
+  EXPECT_EQ(FailureNumber([&] { level_->UpdatePropertyLineID(1, INT32_MAX); }), kOverflow);
+}
+
 // Others may listen to insertions as well; they hear of them after the level itself.
 class Observer : public BeforeInsertHandler {
  public:

@@ -9,6 +9,7 @@
 #include "engine/level.h"
 #include "report/report_file.h"
 #include "support/engine_fixture.h"
+#include "support/failure_number.h"
 
 namespace tessary {
 namespace {
@@ -110,6 +111,15 @@ TEST(UnreadContents, LeaveTheErrorCollectionAlone) {
   EXPECT_THAT(Entries(engine.errors), ElementsAre("4 5 S: T"));
 }
 
+TEST(UnreadContents, FailToBeFoundAsReadingALineFails) {
+  FailingEngine engine;
+  engine.loop.FailAt(2, kInvalidCall);
+  BXReportFile store(engine.context);
+  const std::string_view text = engine.context->pool()->Adopt("[A]\r\nX=1\r\n");
+  EXPECT_EQ(FailureNumber([&] { store.AddLines(text); }), kInvalidCall);
+  EXPECT_THAT(Entries(engine.errors), ElementsAre(EntryText(5, "BXReportFile Prozedur: AddLine")));
+}
+
 // Whatever the lines are, the tree and what is written are those of reading line by line.
 TEST(UnreadContents, MakeNoDifference) {
   struct Row {
@@ -126,6 +136,7 @@ TEST(UnreadContents, MakeNoDifference) {
       {"the key of a section before the last", {"[Object]", "[Foo]", "LinkID=8", "[Object]"}},
       {"a tab inside an owner's property",
        {"[Object]", "Lin\tkID=8", "[Layer]", "Visi\tble=1", "LayerID=9"}},
+      {"a tab inside the header of lines", {"[Object]", "A=1", "[@\tLines]", "{", "B=2", "}"}},
       {"columns two levels above their key",
        {"[O]", "[@Lines]",   "{",   "[P]", "{",         "[L]",      "{",      "[Q]", "{",
         "[M]", "{",          "[R]", "{",   "Columns=5", "[Column]", "{",      "a=1", "[Cells]",
@@ -168,6 +179,23 @@ TEST(UnreadContents, MakeNoDifference) {
     EXPECT_EQ(text[true], text[false]);
     EXPECT_EQ(written[true], written[false]);
   }
+}
+
+// Among elements of one identity and one neighbourhood the first is found for all of them, so that
+// equal contents may differ.
+TEST(UnreadContents, MayDifferFromEqualOnes) {
+  const Lines lines = {"[A]",          "User=@x;0",   "User1=\t@x;1", "Sum1=\t@s;1",
+                       "User2=\t@x;2", "Sum2=\t@s;1", "User3=\t@x;3", "Sum3=\t@s;1"};
+  std::vector<std::string> differences[2];
+  for (const bool by_file : {false, true}) {
+    const TestEngine engine;
+    const auto read = by_file ? &ReadFileOfLines : &ReadLines;
+    const auto level = engine.NewLevel(0);
+    level->Compare(read(engine.context, lines), read(engine.context, lines));
+    differences[by_file] = Brief(level->ElementArray());
+  }
+  EXPECT_THAT(differences[false], ElementsAre("U [A]|[A]|", "  U User|@x|3"));
+  EXPECT_EQ(differences[true], differences[false]);
 }
 
 TEST(UnreadContents, CountLinesAndLevelsLikeReadingLineByLine) {
