@@ -24,7 +24,7 @@ skipped=0
 
 # build PRESET [OPTION...]: configures and builds; the end of the log where it fails.
 build() {
-  local preset=$1 log="$work/build.log"
+  local preset=$1 log="$work/$1.log"
   shift
   echo "== Building: $preset"
   { cmake --preset "$preset" && cmake --build --preset "$preset" "$@"; } >"$log" 2>&1 || { tail -n 60 "$log"; exit 1; }
@@ -46,8 +46,16 @@ run_tests() {
   failed=$((failed + ${bad:-0}))
 }
 
-can_run() {
-  [ "$1" = x64 ] || runs_32_bit_programs
+# test_architecture ARCHITECTURE: runs its tests where they can run, and says so where they cannot.
+test_architecture() {
+  if [ "$1" = x64 ] || runs_32_bit_programs; then
+    run_tests "windows-$1"
+  else
+    skipped=$((skipped + 1))
+    echo "************************************************************************"
+    echo "SKIPPED: the tests of windows-$1. This Wine runs no 32-bit programs."
+    echo "************************************************************************"
+  fi
 }
 
 case " ${architectures[*]} " in
@@ -56,17 +64,17 @@ esac
 start_display
 start_wine
 build release --target tessary
-for architecture in "${architectures[@]}"; do
-  build "windows-$architecture"
-  if can_run "$architecture"; then
-    run_tests "windows-$architecture"
-  else
-    skipped=$((skipped + 1))
-    echo "************************************************************************"
-    echo "SKIPPED: the tests of windows-$architecture. This Wine runs no 32-bit programs."
-    echo "************************************************************************"
-  fi
-done
+build "windows-${architectures[0]}"
+if [ ${#architectures[@]} -eq 1 ]; then
+  test_architecture "${architectures[0]}"
+else
+  # Tests mostly wait, so the other architecture is built meanwhile.
+  build "windows-${architectures[1]}" &
+  builder=$!
+  test_architecture "${architectures[0]}"
+  wait "$builder"
+  test_architecture "${architectures[1]}"
+fi
 [ "$skipped" -eq 0 ] || echo "$skipped skipped"
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]

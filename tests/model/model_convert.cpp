@@ -83,7 +83,8 @@ void InsertElement(Level& level, const Row& element) {
   if (row < 1 || row > Count(level.rows)) {
     Add(level, Inserted(element));
   } else {
-    level.rows->insert(level.rows->begin() + static_cast<std::ptrdiff_t>(row - 1), Inserted(element));
+    level.rows->insert(level.rows->begin() + static_cast<std::ptrdiff_t>(row - 1),
+                       Inserted(element));
   }
 }
 

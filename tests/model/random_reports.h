@@ -14,6 +14,14 @@ namespace tessary::model {
 
 using Lines = std::vector<std::string>;
 
+// Sanitizers look at memory, not at agreement, and are slow, and the systems do not differ here:
+// only the plain build of the system that builds gets all rounds.
+#ifdef TESSARY_FEWER_ROUNDS
+inline constexpr int kRoundsPart = 10;
+#else
+inline constexpr int kRoundsPart = 1;
+#endif
+
 // The seed of this run: the environment's TESSARY_SEED, else a fixed number. Tests print it.
 std::uint64_t Seed();
 
