@@ -37,6 +37,7 @@ run_tests() {
   local log="build/$1/tests.log" total bad left_out
   timeout 1800 ctest --preset "$1" -j "$(nproc)" --timeout 120 --repeat until-pass:2 --no-tests=error </dev/null >"$log" 2>&1 || true
   grep -vE '^ *[0-9]+/[0-9]+ Test .* Passed|^ +Start +[0-9]+:' "$log" || true
+  grep -h 'NOT TESTED' "build/$1/Testing/Temporary/LastTest.log" | sort -u || true
   total=$(sed -nE 's/.*tests failed out of ([0-9]+).*/\1/p; s/.*100% tests passed.* out of ([0-9]+).*/\1/p' "$log" | head -n 1)
   bad=$(sed -nE 's/.*, ([0-9]+) tests failed out of.*/\1/p' "$log" | head -n 1)
   [ -n "$total" ] || { total=1; bad=1; }

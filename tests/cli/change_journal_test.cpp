@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <set>
 #include <string>
 #include <vector>
@@ -13,13 +12,13 @@
 #include "platform/failure.h"
 #include "support/failing_files.h"
 #include "support/fake_console.h"
+#include "support/json.h"
 #include "support/manager_test_base.h"
 #include "support/memory_files.h"
 
 namespace tessary {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Words = std::vector<std::string>;
 
 class ChangeJournalTest : public testing::Test {
@@ -49,7 +48,7 @@ class ChangeJournalTest : public testing::Test {
     std::string text = memory_.Get("/j.jsonl");
     while (!text.empty()) {
       const auto end = text.find('\n');
-      lines.push_back(Json::parse(text.substr(0, end)));
+      lines.push_back(ParseJson(text.substr(0, end)));
       text.erase(0, end + 1);
     }
     return lines;
@@ -66,15 +65,15 @@ TEST_F(ChangeJournalTest, NamesEveryDifferenceWithItsPlaceAndValues) {
   ASSERT_EQ(lines.size(), 5u);
   EXPECT_EQ(lines[0]["event"], "run");
   EXPECT_EQ(lines[0]["dry_run"], false);
-  EXPECT_EQ(lines[1], Json::parse(R"({"event":"applied","report":"a.lst","from":3,"to":4,
+  EXPECT_EQ(lines[1], ParseJson(R"({"event":"applied","report":"a.lst","from":3,"to":4,
       "change":"changed","section":["[UserSection]"],"element":"Version","old":"3","new":"4"})"));
-  EXPECT_EQ(lines[2], Json::parse(R"({"event":"applied","report":"a.lst","from":3,"to":4,
+  EXPECT_EQ(lines[2], ParseJson(R"({"event":"applied","report":"a.lst","from":3,"to":4,
       "change":"changed","section":["[Layout]"],"element":"Height","old":"1500","new":"2000"})"));
   EXPECT_EQ(lines[3]["event"], "step");
   EXPECT_EQ(lines[3]["done"], true);
   EXPECT_EQ(lines[3]["applied"], 2);
   EXPECT_EQ(lines[3]["skipped"], 0);
-  EXPECT_EQ(lines[4], Json::parse(R"({"event":"end","result":true,"applied":2,"skipped":0})"));
+  EXPECT_EQ(lines[4], ParseJson(R"({"event":"end","result":true,"applied":2,"skipped":0})"));
 }
 
 TEST_F(ChangeJournalTest, SaysWhyADifferenceDidNothing) {
@@ -82,10 +81,10 @@ TEST_F(ChangeJournalTest, SaysWhyADifferenceDidNothing) {
   ASSERT_EQ(Convert({}), kExitDone);
   const std::vector<Json> lines = Lines();
   EXPECT_EQ(lines[2]["event"], "skipped");
-  EXPECT_EQ(lines[2]["section"], Json::parse(R"(["[Layout]"])"));
+  EXPECT_EQ(lines[2]["section"], ParseJson(R"(["[Layout]"])"));
   EXPECT_EQ(lines[2]["reason"], "section_not_found");
   EXPECT_EQ(lines[2]["text"], "Die Sektion darum ist im Bericht nicht vorhanden.");
-  EXPECT_EQ(lines.back(), Json::parse(R"({"event":"end","result":true,"applied":1,"skipped":1})"));
+  EXPECT_EQ(lines.back(), ParseJson(R"({"event":"end","result":true,"applied":1,"skipped":1})"));
 }
 
 TEST_F(ChangeJournalTest, CountsStandInSummaryJsonAndPage) {
@@ -95,7 +94,7 @@ TEST_F(ChangeJournalTest, CountsStandInSummaryJsonAndPage) {
       << console_.out;
   EXPECT_EQ(Lines()[0]["dry_run"], true);
   ASSERT_EQ(Convert({"--dry-run", "--json"}), kExitDone);
-  EXPECT_EQ(Json::parse(console_.out)["changes"], Json::parse(R"({"applied":3,"skipped":1})"));
+  EXPECT_EQ(ParseJson(console_.out)["changes"], ParseJson(R"({"applied":3,"skipped":1})"));
   ASSERT_EQ(Convert({"--html", "/p.html"}), kExitDone);
   const std::string page = memory_.Get("/p.html");
   for (const char* text :
@@ -116,7 +115,7 @@ TEST_F(ChangeJournalTest, AStepThatFailsHasChangedNothing) {
   ASSERT_EQ(lines.size(), 3u);
   EXPECT_EQ(lines[1]["done"], false);
   EXPECT_EQ(lines[1]["applied"], 0);
-  EXPECT_EQ(lines[2], Json::parse(R"({"event":"end","result":false,"applied":0,"skipped":0})"));
+  EXPECT_EQ(lines[2], ParseJson(R"({"event":"end","result":false,"applied":0,"skipped":0})"));
 }
 
 TEST_F(ChangeJournalTest, OnlyAnEarlierJournalIsOverwritten) {

@@ -1,19 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "cli/tessary.h"
 #include "platform/path.h"
 #include "support/fake_console.h"
+#include "support/json.h"
 #include "support/manager_test_base.h"
 #include "support/memory_files.h"
 
 namespace tessary {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr char kDifference[] = "U;[UserSection]\r\nU;Version=9\r\n";
 
@@ -78,20 +76,20 @@ TEST_F(CheckTest, QuietNamesOnlyWhatFails) {
 
 TEST_F(CheckTest, JsonHoldsEverything) {
   EXPECT_EQ(Run({"--json"}), kExitFailed);
-  const Json object = Json::parse(console_.out);
+  const Json object = ParseJson(console_.out);
   EXPECT_EQ(object["result"], false);
   EXPECT_EQ(object["reports"].size(), 3u);
-  EXPECT_EQ(object["reports"][0], Json::parse(R"({"name":"a.lst","reference":"Rechnung","version":3,
+  EXPECT_EQ(object["reports"][0], ParseJson(R"({"name":"a.lst","reference":"Rechnung","version":3,
                 "chain":["3_4Rechnung","4_5Rechnung"],"reached":5,"newest":6,"state":"gap",
                 "messages":["Von Version 5 führt keine Differenz-Datei weiter."],"warnings":[]})"));
   EXPECT_EQ(object["reports"][2]["state"], "complete");
-  EXPECT_EQ(object["not_reports"][0], Json::parse(R"({"name":"Notizen","reason":"no_extension"})"));
+  EXPECT_EQ(object["not_reports"][0], ParseJson(R"({"name":"Notizen","reason":"no_extension"})"));
   EXPECT_EQ(object["not_reports"][1]["name"], "x\uFFFD.txt");
   EXPECT_EQ(object["duplicate_steps"][0]["difference_files"],
-            Json::parse(R"(["4_5Rechnung","4_6Rechnung"])"));
-  EXPECT_EQ(object["same_difference_file"][0]["reports"], Json::parse(R"(["a.lst","b.lst"])"));
+            ParseJson(R"(["4_5Rechnung","4_6Rechnung"])"));
+  EXPECT_EQ(object["same_difference_file"][0]["reports"], ParseJson(R"(["a.lst","b.lst"])"));
   EXPECT_EQ(object["unmatched_difference_files"][1]["reason"], "another_is_applied");
-  EXPECT_EQ(object["other_files"], Json::parse(R"(["Liesmich.txt"])"));
+  EXPECT_EQ(object["other_files"], ParseJson(R"(["Liesmich.txt"])"));
   EXPECT_EQ(object["problems"], Json::array());
 }
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -11,13 +10,13 @@
 #include "platform/failure.h"
 #include "support/failing_files.h"
 #include "support/fake_console.h"
+#include "support/json.h"
 #include "support/manager_test_base.h"
 #include "support/memory_files.h"
 
 namespace tessary {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Words = std::vector<std::string>;
 
 constexpr char kPrefix[] = "Probelauf, nichts geschrieben: ";
@@ -153,10 +152,10 @@ TEST(DryRunTest, SaysWhatTheRealRunSaysAndWritesNothing) {
     EXPECT_NE(trial.out.find(kPrefix), std::string::npos);
     EXPECT_EQ(trial.err, real.err);
 
-    Json object = Json::parse(trial_json.out);
+    Json object = ParseJson(trial_json.out);
     EXPECT_EQ(object["dry_run"], true);
     object.erase("dry_run");
-    EXPECT_EQ(object, Json::parse(real_json.out));
+    EXPECT_EQ(object, ParseJson(real_json.out));
     EXPECT_EQ(trial_json.exit_code, scenario.exit_code);
   }
 }

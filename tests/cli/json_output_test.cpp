@@ -2,20 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "platform/text.h"
+#include "support/json.h"
 
 namespace tessary {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 TEST(ResultAsJson, OfAnEmptyLogHasAllMembersButWarnings) {
-  EXPECT_EQ(Json::parse(ResultAsJson(true, ResultLog(), {})),
-            Json::parse(R"({"result": true, "correct": [], "errors": {}, "entries": []})"));
+  EXPECT_EQ(ParseJson(ResultAsJson(true, ResultLog(), {})),
+            ParseJson(R"({"result": true, "correct": [], "errors": {}, "entries": []})"));
 }
 
 TEST(ResultAsJson, KeepsTheOrderOfLogMessagesAndEntries) {
@@ -27,7 +25,7 @@ TEST(ResultAsJson, KeepsTheOrderOfLogMessagesAndEntries) {
   log.AddToResultLog("y fehlgeschlagen.", true);
   log.AddToResultLog("b fehlgeschlagen.", true);
   const std::string text = ResultAsJson(false, log, {"w2", "w1"});
-  const Json expected = Json::parse(R"({
+  const Json expected = ParseJson(R"({
     "result": false,
     "correct": ["z", "a"],
     "errors": {"y fehlgeschlagen.": ["zweite", "erste"], "b fehlgeschlagen.": ["zweite", "erste"]},
@@ -37,7 +35,7 @@ TEST(ResultAsJson, KeepsTheOrderOfLogMessagesAndEntries) {
     ],
     "warnings": ["w2", "w1"]
   })");
-  EXPECT_EQ(Json::parse(text).dump(), expected.dump());
+  EXPECT_EQ(ParseJson(text).dump(), expected.dump());
   EXPECT_TRUE(text.ends_with("}\n"));
 }
 
@@ -50,7 +48,7 @@ TEST(ResultAsJson, IsValidUtf8WhateverTheTextsHold) {
   log.AddToResultLog(bytes, false);
   const std::string text = ResultAsJson(false, log, {bytes});
   EXPECT_EQ(ToValidUtf8(text), text);
-  const Json object = Json::parse(text);
+  const Json object = ParseJson(text);
   EXPECT_EQ(object["correct"][0], shown);
   EXPECT_EQ(object["errors"][shown][0], shown);
   EXPECT_EQ(object["entries"][0]["source"], shown);
@@ -62,7 +60,7 @@ TEST(ResultAsJson, HasNoKeyTwice) {
   ResultLog log;
   log.dictErrors.Add("Datei \xFE", {"eins"});
   log.dictErrors.Add("Datei \xFF", {"zwei", "drei"});
-  const Json object = Json::parse(ResultAsJson(false, log, {}));
+  const Json object = ParseJson(ResultAsJson(false, log, {}));
   EXPECT_EQ(object["errors"].size(), 1u);
   EXPECT_EQ(object["errors"]["Datei \uFFFD"], Json::array({"eins", "zwei", "drei"}));
 }

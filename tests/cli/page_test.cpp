@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "platform/shell_word.h"
 #include "support/failing_files.h"
 #include "support/fake_console.h"
+#include "support/json.h"
 #include "support/manager_test_base.h"
 #include "support/memory_files.h"
 #include "ui/html/protocol_page.h"
@@ -215,7 +215,7 @@ TEST_F(PageTest, JsonAndPageGoTogether) {
   Words arguments = kConvertFolder;
   arguments.insert(arguments.end(), {"--json", "--quiet"});
   EXPECT_EQ(Run(arguments), kExitDone);
-  EXPECT_EQ(nlohmann::json::parse(console_.out)["result"], true);
+  EXPECT_EQ(ParseJson(console_.out)["result"], true);
   EXPECT_TRUE(PageHas("</html>"));
 }
 

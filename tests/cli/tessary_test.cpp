@@ -4,20 +4,19 @@
 
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "platform/path.h"
 #include "support/failing_files.h"
 #include "support/fake_console.h"
+#include "support/json.h"
 #include "support/manager_test_base.h"
 #include "support/memory_files.h"
 
 namespace tessary {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Words = std::vector<std::string>;
 
 class TessaryTest : public testing::Test {
@@ -159,13 +158,13 @@ TEST_F(TessaryTest, ProgressIsGoneWhenTheResultIsPrinted) {
 TEST_F(TessaryTest, JsonIsTheOnlyOutput) {
   PutReports({"a.lst"});
   EXPECT_EQ(Run({"convert", "/rep/a.lst", "/diff/4_3Rechnung", "--json"}), kExitFailed);
-  const Json object = Json::parse(console_.out);
+  const Json object = ParseJson(console_.out);
   EXPECT_EQ(object["result"], false);
   EXPECT_EQ(object["errors"].begin().key(), "Konvertierung des Berichts a.lst fehlgeschlagen.");
   EXPECT_EQ(object["entries"][0]["number"], -2147216503);
   EXPECT_FALSE(object.contains("warnings"));
   EXPECT_EQ(Run({"convert", "/rep/a.lst", "/diff/3_4Rechnung", "--json", "--quiet"}), kExitDone);
-  EXPECT_EQ(Json::parse(console_.out)["correct"].size(), 1u);
+  EXPECT_EQ(ParseJson(console_.out)["correct"].size(), 1u);
 }
 
 TEST_F(TessaryTest, AReportSkippedByAnswerIsNamedAndFailsTheCommand) {
@@ -179,7 +178,7 @@ TEST_F(TessaryTest, AReportSkippedByAnswerIsNamedAndFailsTheCommand) {
   Words arguments = ConvertWithFailingBackup();
   arguments.push_back("--json");
   EXPECT_EQ(Run(arguments), kExitFailed);
-  const Json object = Json::parse(console_.out);
+  const Json object = ParseJson(console_.out);
   EXPECT_EQ(object["result"], true) << "the operation itself did not fail";
   ASSERT_EQ(object["warnings"].size(), 2u);
   EXPECT_TRUE(object["warnings"][0].get<std::string>().ends_with("Antwort: Nein."));
@@ -192,7 +191,7 @@ TEST_F(TessaryTest, EveryReportOfASkippedFolderIsNamed) {
   EXPECT_EQ(Run({"convert-folder", "/diff", "/rep", "--backup", "/none/below", "--omit", "c.lst",
                  "--json"}),
             kExitFailed);
-  const Json object = Json::parse(console_.out);
+  const Json object = ParseJson(console_.out);
   EXPECT_EQ(object["result"], false);
   ASSERT_EQ(object["warnings"].size(), 3u);
   EXPECT_TRUE(object["warnings"][1].get<std::string>().starts_with("Der Bericht a.lst "));

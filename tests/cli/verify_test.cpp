@@ -2,19 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "cli/tessary.h"
 #include "support/fake_console.h"
+#include "support/json.h"
 #include "support/manager_test_base.h"
 #include "support/memory_files.h"
 
 namespace tessary {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Words = std::vector<std::string>;
 
 class VerifyTest : public testing::Test {
@@ -74,7 +73,7 @@ TEST_F(VerifyTest, ADifferenceThatALaterOneReplacesIsNotGood) {
   }
   files_.PutFolder("/diff");
   EXPECT_EQ(Compare({"--verify", "--json"}), kExitDone);
-  const Json object = Json::parse(console_.out);
+  const Json object = ParseJson(console_.out);
   EXPECT_EQ(object["verification"][0]["failure"],
             "Die Differenz-Datei wurde durch die des Berichts b.lst ersetzt");
   EXPECT_FALSE(object["verification"][1].contains("failure"));
@@ -103,10 +102,10 @@ TEST_F(VerifyTest, ASectionIsNamedWithWhatTellsItFromOthers) {
 
 TEST_F(VerifyTest, JsonAndPageHoldThePlaces) {
   EXPECT_EQ(Compare({"--verify", "--json", "--html", "/p.html"}), kExitDone);
-  const Json object = Json::parse(console_.out);
+  const Json object = ParseJson(console_.out);
   ASSERT_EQ(object["verification"].size(), 2u);
   EXPECT_EQ(object["verification"][0]["not_reproduced"][1],
-            Json::parse(R"({"reason":"letter_case","section":["[Layout]"],"line":5,
+            ParseJson(R"({"reason":"letter_case","section":["[Layout]"],"line":5,
                 "wanted":"X=ABC","found":"X=abc"})"));
   EXPECT_EQ(object["verification"][1]["not_reproduced"], Json::array());
   const std::string page = files_.Get("/p.html");
@@ -114,7 +113,7 @@ TEST_F(VerifyTest, JsonAndPageHoldThePlaces) {
   EXPECT_NE(page.find("<bdi>nur Groß- und Kleinschreibung: Zeile 5: X=ABC</bdi>"),
             std::string::npos);
   EXPECT_EQ(Compare({"--json"}), kExitDone);
-  EXPECT_FALSE(Json::parse(console_.out).contains("verification"));
+  EXPECT_FALSE(ParseJson(console_.out).contains("verification"));
 }
 
 TEST_F(VerifyTest, RestoreUndoesAConversion) {

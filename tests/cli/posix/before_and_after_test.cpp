@@ -6,26 +6,25 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "e2e/samples.h"
+#include "support/json.h"
 #include "support/real_files_test_base.h"
 #include "support/run_program.h"
 
 namespace tessary {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Words = std::vector<std::string>;
 
 std::vector<Json> JsonLines(std::string text) {
   std::vector<Json> lines;
   while (!text.empty()) {
     const auto end = text.find('\n');
-    lines.push_back(Json::parse(text.substr(0, end)));
+    lines.push_back(ParseJson(text.substr(0, end)));
     text.erase(0, end + 1);
   }
   return lines;
@@ -68,7 +67,7 @@ TEST_F(BeforeAndAfterTest, VerifyNamesLinesOfTheNewVersion) {
     const ProgramResult result = Compare(from, to, {"--verify", "--json"});
     EXPECT_EQ(result.exit_code, 0) << "it is information";
     std::size_t places = 0;
-    const Json object = Json::parse(result.out);
+    const Json object = ParseJson(result.out);
     for (const Json& pair : object["verification"]) {
       const std::vector<std::string> lines = LinesOf(pair["new"].get<std::string>());
       for (const Json& place : pair["not_reproduced"]) {
@@ -93,7 +92,7 @@ TEST_F(BeforeAndAfterTest, CheckFindsTheGap) {
   MakeDifferences();
   const auto before = Files();
   EXPECT_EQ(Run({"check", "diff", "Berichte"}).exit_code, 0);
-  const Json whole = Json::parse(Run({"check", "diff", "Berichte", "--json"}).out);
+  const Json whole = ParseJson(Run({"check", "diff", "Berichte", "--json"}).out);
   EXPECT_EQ(whole["reports"].size(), 6u);
   EXPECT_EQ(whole["not_reports"].size(), 5u);
   EXPECT_EQ(whole["same_difference_file"].size(), 2u);
@@ -132,7 +131,7 @@ TEST_F(BeforeAndAfterTest, TheJournalOfATrialIsThatOfTheRun) {
   EXPECT_EQ(CountOf(done, "step"), 11u);
   EXPECT_EQ(CountOf(done, "applied"), end["applied"]);
   EXPECT_EQ(CountOf(done, "skipped"), end["skipped"]);
-  EXPECT_EQ(Json::parse(trial.out)["changes"]["applied"], end["applied"]);
+  EXPECT_EQ(ParseJson(trial.out)["changes"]["applied"], end["applied"]);
   const std::string counts = end["applied"].dump() + " Unterschiede angewendet, " +
                              end["skipped"].dump() + " ohne Wirkung";
   EXPECT_NE(run.out.find(counts), std::string::npos) << run.out;

@@ -5,10 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
+#include "support/json.h"
 #include "support/manager_test_base.h"
 #include "support/run_program.h"
 #include "support/temporary_folder.h"
@@ -79,7 +79,7 @@ TEST_F(CommandTest, JsonIsOneObject) {
       Run({"convert", "Berichte/Rechnung.lst", "diff/3_4Rechnung", "--json"});
   EXPECT_EQ(result.exit_code, 0);
   EXPECT_EQ(result.err, "");
-  EXPECT_EQ(nlohmann::json::parse(result.out)["result"], true);
+  EXPECT_EQ(ParseJson(result.out)["result"], true);
 }
 
 TEST_F(CommandTest, ShowAndRoundtrip) {

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "platform/windows/native_path.h"
 #include "platform/windows/windows_io.h"
+#include "support/json.h"
 #include "support/manager_test_base.h"
 #include "support/run_program.h"
 #include "support/temporary_folder.h"
@@ -72,7 +72,7 @@ TEST_F(CommandTest, JsonIsOneObject) {
   MakeDiff();
   const ProgramResult result = Run({"convert", report_, "diff/3_4Rechnung", "--json"});
   EXPECT_EQ(result.exit_code, 0);
-  EXPECT_EQ(nlohmann::json::parse(result.out)["result"], true);
+  EXPECT_EQ(ParseJson(result.out)["result"], true);
 }
 
 TEST_F(CommandTest, AReportThatAnotherProgramHasOpenIsNamedAndLeftAlone) {
