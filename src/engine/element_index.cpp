@@ -9,6 +9,9 @@
 
 #include "engine/element_index.h"
 
+#include <algorithm>
+#include <bit>
+
 #include "engine/find_element.h"
 
 namespace tessary {
@@ -21,7 +24,7 @@ constexpr std::size_t kFirstSize = 32;
 ElementIndex::ElementIndex(const TextPool& pool, const std::vector<Element>& slots,
                            const std::vector<std::uint32_t>& row_order)
     : pool_(pool), slots_(slots) {
-  Grow(kFirstSize);
+  Grow(std::max(kFirstSize, std::bit_ceil(2 * (row_order.size() + 1))));
   group_of_.assign(slots.size(), kNone);
   next_.assign(slots.size(), kNone);
   for (const std::uint32_t slot : row_order) Appended(slot);
