@@ -30,6 +30,16 @@ void BXLevelBasis::Add(const AddArguments& arguments, const Property& texts,
 void BXLevelBasis::AddAsRead(const Property& texts, std::int8_t pending_child) {
   Element element;
   SetTexts(element, texts);
+  AppendAsRead(std::move(element), pending_child);
+}
+
+void BXLevelBasis::AddAsRead(const ElementKey& identity, std::int8_t pending_child) {
+  Element element;
+  element.key = identity;
+  AppendAsRead(std::move(element), pending_child);
+}
+
+void BXLevelBasis::AppendAsRead(Element&& element, std::int8_t pending_child) {
   element.pending_child = pending_child;
   ElementTable& array = Array();
   FollowLast(element);

@@ -41,6 +41,8 @@ class BXLevelBasis final : public Level {
 
   // Adds an element that has stood in a report. Not under the error convention.
   void AddAsRead(const Property& texts, std::int8_t pending_child);
+  // The same for one without a value whose name, key and type are known.
+  void AddAsRead(const ElementKey& identity, std::int8_t pending_child);
 
   void Add(const AddArguments& arguments) override {
     Add(arguments, {arguments.strName, arguments.strKey, arguments.strValue}, Element::kNoChild);
@@ -87,6 +89,7 @@ class BXLevelBasis final : public Level {
   void SetTexts(Element& element, const Property& texts) const;
   void AddElement(Element&& element);
   void CheckValuesAround(Element& element);
+  void AppendAsRead(Element&& element, std::int8_t pending_child);
   void FollowLast(Element& element);
   void NumberRun(std::int32_t last, Element& element);
   Ref<Level> ChildOf(ElementTable& array, std::int32_t row) const {

@@ -19,6 +19,8 @@ namespace {
 constexpr std::int32_t kVariableLevel = 1;
 constexpr std::int32_t kColumnLevel = 7;
 
+constexpr std::string_view kLineEnd = "\r\n";
+
 void Move(std::int32_t& level, std::int32_t by) {
   const std::int64_t moved = std::int64_t{level} + by;
   if (moved < INT32_MIN || moved > INT32_MAX) throw Failure(kOverflow);
@@ -33,6 +35,41 @@ std::string_view PlainName(std::string_view line) {
   const std::string_view value = TrimTabsAndBlanks(line.substr(equals + 1));
   const std::string_view name = line.substr(0, equals);
   return value.starts_with('@') || IsSectionLine(name) ? std::string_view() : name;
+}
+
+bool IsWrittenAsRead(const LineWalker& line) {
+  if (line.line().find('\t') != std::string_view::npos) return false;
+  if (line.type() == bxltSection) return true;
+  const std::string_view name = PlainName(line.line());
+  return !name.empty() && !IsComputed(name, line.level());
+}
+
+// True for a line, without its line end, that is a property of `level` and stands there just as it
+// would be written.
+bool IsPropertyAsWritten(std::string_view line, std::int32_t level) {
+  const std::string_view space = LevelSpace(level);
+  if (!line.starts_with(space)) return false;
+  line.remove_prefix(space.size());
+  if (line.empty() || line.find('\t') != std::string_view::npos) return false;
+  if (line.back() == ' ' || std::string_view(" [{}").find(line.front()) != std::string_view::npos)
+    return false;
+  const std::string_view name = PlainName(line);
+  return !name.empty() && !IsComputed(name, level);
+}
+
+// The properties of `level` at the beginning of the text, as far as they stand there just as they
+// would be written, with their line ends.
+std::string_view BlockAt(std::string_view text, std::int32_t level) {
+  std::size_t size = 0;
+  for (;;) {
+    const std::size_t end = text.find('\n', size);
+    if (end == std::string_view::npos) break;
+    const std::string_view line = text.substr(size, end + 1 - size);
+    if (!line.ends_with(kLineEnd)) break;
+    if (!IsPropertyAsWritten(line.substr(0, line.size() - kLineEnd.size()), level)) break;
+    size = end + 1;
+  }
+  return text.substr(0, size);
 }
 
 // The beginning or the end of a text as a word, made small; `text` is ASCII.
@@ -86,6 +123,8 @@ class DistinctMarks {
 }  // namespace
 
 bool IsLinesSection(std::string_view strLine) {
+  if (strLine.size() < kLinesSection.size()) return false;
+  if (strLine[1] != kLinesSection[1] && strLine[1] != '\t' && strLine[0] != '\t') return false;
   std::string storage;
   return EqualsIgnoreCase(WithoutTabs(strLine, storage), kLinesSection);
 }
@@ -142,14 +181,21 @@ bool HasDistinctElements(std::string_view contents, std::int32_t level) {
 
 bool AppendAsRead(std::string_view contents, std::int32_t level, WriteTable& rows) {
   const std::int32_t before = rows.rows();
-  for (LineWalker line(contents, level - 1); line.Next();) {
+  const char* const end = contents.data() + contents.size();
+  LineWalker line(contents, level - 1);
+  for (const char* next = contents.data(); next != end; next = line.end()) {
+    const std::int32_t block_level = std::max(line.level(), kVariableLevel);
+    if (rows.takes_blocks()) {
+      if (const std::string_view block = BlockAt({next, end}, block_level); !block.empty()) {
+        const std::size_t space = LevelSpace(block_level).size();
+        rows.Append(block_level, block.substr(space, block.size() - space - kLineEnd.size()));
+        line.GoOn(block.data() + block.size(), block_level);
+        continue;
+      }
+    }
+    line.Next();
     if (line.type() == bxltUnknown) continue;
-    const bool plain =
-        line.line().find('\t') == std::string_view::npos && (line.type() == bxltSection || [&] {
-          const std::string_view name = PlainName(line.line());
-          return !name.empty() && !IsComputed(name, line.level());
-        }());
-    if (!plain) {
+    if (!IsWrittenAsRead(line)) {
       rows.Truncate(before);
       return false;
     }

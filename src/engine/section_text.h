@@ -54,6 +54,13 @@ class LineWalker {
     return true;
   }
 
+  // Goes on behind lines that need not be looked at: at `next`, `level` being that of the line
+  // before.
+  void GoOn(const char* next, std::int32_t level) {
+    next_ = next;
+    level_ = level;
+  }
+
   // The line without tabs and blanks at its ends, and what it is: bxltUnknown for a line that is
   // empty and for a brace.
   std::string_view line() const { return line_; }
@@ -102,7 +109,8 @@ class NestingCheck {
 bool HasDistinctElements(std::string_view contents, std::int32_t level);
 
 // Appends the contents of a section, whose topmost lines stand at `level`, as the rows that they
-// are written as. False, and nothing appended, when some line has to be read for that.
+// are written as, in blocks where the table takes them. False, and nothing appended, when some line
+// has to be read for that.
 bool AppendAsRead(std::string_view contents, std::int32_t level, WriteTable& rows);
 
 // True for a property whose name or value follows from the lines around it when it is written.

@@ -13,6 +13,11 @@ namespace tessary {
 // The write array: the lines of a tree in output order, each with its level. Rows count from 1.
 class WriteTable : public RefCounted {
  public:
+  // `takes_blocks`: a row may also be several property lines of its level, as they stand in a file:
+  // with CRLF between them and, all but the first, with their indentation.
+  explicit WriteTable(bool takes_blocks = false) : takes_blocks_(takes_blocks) {}
+
+  bool takes_blocks() const { return takes_blocks_; }
   std::int32_t rows() const { return static_cast<std::int32_t>(rows_.size()); }
 
   // Starts a row; what is appended to the returned text until the next call is the row's text.
@@ -34,6 +39,7 @@ class WriteTable : public RefCounted {
 
   std::size_t Place(std::int32_t row) const;
 
+  const bool takes_blocks_;
   std::vector<Row> rows_;
   std::string texts_;
 };

@@ -28,13 +28,16 @@ LevelBase::LevelBase(const Ref<EngineContext>& context, int number)
 
 void LevelBase::Read() {
   if (unread_.empty()) return;
-  std::int64_t lines = 0;
-  ReadSection(*this, std::exchange(unread_, {}), nullptr, lines);
+  ReadSection(*this, std::exchange(unread_, {}));
 }
 
 void LevelBase::AddAsRead(std::string_view line, BXLineType type) {
   const Property texts = type == bxltSection ? Property{line, line, {}} : SplitProperty(line);
   m_objBasis.AddAsRead(texts, static_cast<std::int8_t>(ChildClass()));
+}
+
+void LevelBase::AddAsRead(const ElementKey& identity) {
+  m_objBasis.AddAsRead(identity, static_cast<std::int8_t>(ChildClass()));
 }
 
 LevelBase& LevelBase::ChildOfLast() { return static_cast<LevelBase&>(*m_objBasis.LastElement()); }

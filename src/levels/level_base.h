@@ -64,6 +64,8 @@ class LevelBase : public Level {
   // Adds the element of such a line, which has no tabs or blanks at its ends. Leaves the error
   // collection alone; what can be wrong with a line was found out before.
   void AddAsRead(std::string_view line, BXLineType type);
+  // The same for a section of which name, key and type are known.
+  void AddAsRead(const ElementKey& identity);
   // The child level of the last element, which must have been added by AddAsRead.
   LevelBase& ChildOfLast();
 

@@ -4,13 +4,13 @@
 
 namespace tessary {
 
-void OwnerFields::Set(const Ref<ElementTable>& array, Symbol owner, BXElementArray field,
-                      Symbol value) {
+std::int32_t OwnerFields::Set(const Ref<ElementTable>& array, Symbol owner, BXElementArray field,
+                              Symbol value) {
   const std::int32_t row = LastRowNamed(array, owner);
-  if (row == 0) return;
+  if (row == 0) return row;
   array->SetText(row, field, value);
-  if (row == 1) return;
-  array->SetText(row - 1, field == bxeaKey ? bxeaPosNextKey : bxeaPosNextTyp, value);
+  if (row > 1) array->SetText(row - 1, field == bxeaKey ? bxeaPosNextKey : bxeaPosNextTyp, value);
+  return row;
 }
 
 std::int32_t OwnerFields::LastRowNamed(const Ref<ElementTable>& array, Symbol owner) {

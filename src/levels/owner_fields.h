@@ -15,8 +15,10 @@ namespace tessary {
 // again costs only the rows that have been added since.
 class OwnerFields {
  public:
-  // `field`: bxeaKey or bxeaTyp. Nothing happens where the array has no section of that name.
-  void Set(const Ref<ElementTable>& array, Symbol owner, BXElementArray field, Symbol value);
+  // `field`: bxeaKey or bxeaTyp. Returns the section's row; nothing happens, and 0 is returned,
+  // where the array has no section of that name.
+  std::int32_t Set(const Ref<ElementTable>& array, Symbol owner, BXElementArray field,
+                   Symbol value);
 
  private:
   struct Search {

@@ -1,12 +1,19 @@
 // One pass over the text: a line of the list's own level becomes an element, the lines up to the
 // next one are its contents. Of these only the properties are looked at that may hold the key or
 // the type of the element.
+//
+// Where another release has been read, each section is compared with the one behind the section
+// that both releases had last. If their texts are the same up to and including the next header, the
+// element is taken over.
 
 #include "levels/section_reader.h"
 
+#include <algorithm>
 #include <string>
+#include <utility>
 
 #include "engine/diff_text.h"
+#include "engine/engine_context.h"
 #include "engine/section_text.h"
 #include "levels/level_base.h"
 #include "levels/owner_fields.h"
@@ -15,32 +22,80 @@
 namespace tessary {
 namespace {
 
+std::string_view Between(const char* begin, const char* end) {
+  return {begin, static_cast<std::size_t>(end - begin)};
+}
+
 class SectionReader {
  public:
-  SectionReader(LevelBase& list, std::int32_t level) : list_(list), level_(level) {}
+  // `other`: of another release, or null.
+  SectionReader(LevelBase& list, std::int32_t level, const FileSections* other)
+      : list_(list), level_(level), other_(other) {}
 
-  // Takes one line that is a section or a property.
+  // Takes one line that is a section or a property. The section before a topmost line must have
+  // been ended.
   void Take(const LineWalker& line) {
     if (line.level() == level_) {
-      EndContents(line.begin());
       list_.AddAsRead(WithoutTabs(line.line(), storage_), line.type());
-      contents_ = line.end();
-      previous_ = {};
+      BeginSection(line);
+      is_read_ = true;
     } else {
       has_contents_ = true;
       if (OwnerLevelOf(line.level()) == level_) TakePropertyOfOwner(line);
     }
   }
 
-  // Ends the contents of the last element before `end`.
-  void EndContents(const char* end) {
-    if (has_contents_) {
-      list_.ChildOfLast().SetUnread({contents_, static_cast<std::size_t>(end - contents_)});
-    }
+  // Takes the whole section that begins with this line and gives its end, or null where it has to
+  // be read line by line.
+  const char* TakeOver(const LineWalker& line, const char* text_end) {
+    const FileSections::Section* known = NextOfOther();
+    if (!known || !Between(line.begin(), text_end).starts_with(known->text)) return nullptr;
+    const Element& element = other_->elements->Row(next_of_other_++);
+    list_.AddAsRead(element.key.Identity());
+    BeginSection(line);
+    has_contents_ = static_cast<bool>(element.child);
+    return line.begin() + ((known + 1)->text.data() - known->text.data());
+  }
+
+  // Ends the last section before `end`.
+  void EndSection(const char* end) {
+    if (has_contents_) list_.ChildOfLast().SetUnread(Between(contents_, end));
     has_contents_ = false;
+    if (is_read_ && other_) FollowOther();
+    is_read_ = false;
+  }
+
+  std::vector<FileSections::Section> TakeSections() {
+    if (!sections_.empty()) sections_.back().stands_alone = false;
+    return std::move(sections_);
   }
 
  private:
+  void BeginSection(const LineWalker& line) {
+    contents_ = line.end();
+    previous_ = {};
+    if (level_ != 0) return;
+    if (!sections_.empty()) {
+      FileSections::Section& before = sections_.back();
+      before.text = Between(before.text.data(), line.end());
+      if (!before.text.ends_with('\n')) before.stands_alone = false;  // the header might go on
+    }
+    sections_.push_back({Between(line.begin(), line.end()), true});
+  }
+
+  const FileSections::Section* NextOfOther() const {
+    const auto place = static_cast<std::size_t>(next_of_other_) - 1;
+    if (!other_ || place >= other_->sections.size()) return nullptr;
+    const FileSections::Section& section = other_->sections[place];
+    return section.stands_alone ? &section : nullptr;
+  }
+
+  void FollowOther() {
+    const Ref<ElementTable> elements = list_.ElementArray();
+    const ElementKey& last = elements->Row(elements->rows()).key;
+    other_->elements->Contains(last.Identity(), next_of_other_);
+  }
+
   void TakePropertyOfOwner(const LineWalker& line) {
     const std::string_view previous = std::exchange(previous_, line.line());
     if (line.type() != bxltProperty || !MayBeOwnerProperty(line.level(), line.line().front())) {
@@ -53,37 +108,74 @@ class SectionReader {
     if (!SetsOwnerBehind(*found, NameOfProperty(WithoutTabs(previous, storage)))) return;
     const Ref<ElementTable> elements = list_.ElementArray();
     TextPool& pool = elements->pool();
-    owner_fields_.Set(elements, pool.Intern(found->owner), found->field,
-                      pool.Intern(SplitProperty(text).strValue));
+    const std::int32_t row = owner_fields_.Set(elements, pool.Intern(found->owner), found->field,
+                                               pool.Intern(SplitProperty(text).strValue));
+    if (level_ == 0 && row != elements->rows()) NoteReach(row);
+  }
+
+  // The last section has a property that belongs to the one of row `row`, 0 for none.
+  void NoteReach(std::int32_t row) {
+    sections_.back().stands_alone = false;
+    if (row != 0) sections_[static_cast<std::size_t>(row) - 1].stands_alone = false;
   }
 
   LevelBase& list_;
   const std::int32_t level_;
+  const FileSections* other_;
+  std::int32_t next_of_other_ = 1;
   OwnerFields owner_fields_;
+  std::vector<FileSections::Section> sections_;  // of level 0
+  bool is_read_ = false;                         // the last one, line by line
   const char* contents_ = nullptr;
   bool has_contents_ = false;
   std::string_view previous_;  // the line before among those that may be such properties
   std::string storage_;
 };
 
-}  // namespace
-
-std::int32_t ReadSection(LevelBase& list, std::string_view text, const EngineContext* context,
-                         std::int64_t& line_count) {
-  const std::int32_t level = list.ClassNumber();
+std::int32_t ReadLines(std::string_view text, std::int32_t level, SectionReader& reader,
+                       const EngineContext* context, std::int64_t& line_count) {
   LineWalker line(text, level == 0 ? 0 : level - 1);
   NestingCheck nesting(level);
-  SectionReader reader(list, level);
+  const char* const text_end = text.data() + text.size();
   while (line.Next()) {
     ++line_count;
     if (context) context->Yield();
     if (!nesting.Takes(line)) return -1;
     if (line.type() == bxltUnknown) continue;
+    if (line.level() == level) {
+      reader.EndSection(line.begin());
+      if (const char* end = reader.TakeOver(line, text_end)) {
+        line_count += std::count(line.end(), end, '\n');
+        line.GoOn(end, level);
+        continue;
+      }
+    }
     if (MayHaveStatus(line.line())) return -1;
     reader.Take(line);
   }
-  reader.EndContents(text.data() + text.size());
+  reader.EndSection(text_end);
   return line.level();
+}
+
+}  // namespace
+
+void ReadSection(LevelBase& list, std::string_view text) {
+  const std::int32_t level = list.ClassNumber();
+  SectionReader reader(list, level, nullptr);
+  std::int64_t line_count = 0;
+  ReadLines(text, level, reader, nullptr, line_count);
+}
+
+std::int32_t ReadReportText(LevelBase& list, std::string_view text, const EngineContext& context,
+                            std::int64_t& line_count, FileSections& sections) {
+  SectionReader reader(list, 0, sections.elements ? &sections : nullptr);
+  const std::int32_t level = ReadLines(text, 0, reader, &context, line_count);
+  if (level < 0) {
+    sections = {};
+  } else {
+    sections = {list.ElementArray(), reader.TakeSections()};
+  }
+  return level;
 }
 
 }  // namespace tessary

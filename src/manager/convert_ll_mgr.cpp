@@ -175,9 +175,9 @@ void BXConvertLLMgr::Skipped(const std::string& path) {
 }
 
 Ref<ElementTable> BXConvertLLMgr::ReadFile(const Ref<EngineContext>& context,
-                                           const std::string& path) {
+                                           const std::string& path, FileSections* sections) {
   ReadStatistics read;
-  Ref<ElementTable> lines = ReadReport(around_.files, context, path, &read);
+  Ref<ElementTable> lines = ReadReport(around_.files, context, path, &read, sections);
   for (const std::string& warning : ReadWarnings(path, read)) Warn(warning);
   return lines;
 }

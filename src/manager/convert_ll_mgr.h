@@ -33,6 +33,7 @@ struct Surroundings {
 enum class FileKind;
 enum class ListKind;
 struct DiffFileName;
+struct FileSections;
 struct ListedFile;
 
 // True for the name of a report that a folder conversion shall leave out.
@@ -119,7 +120,8 @@ class BXConvertLLMgr {
   void Warn(const std::string& text);
   ErrorCollection& errors() { return *log_.errors.objErrors; }
 
-  Ref<ElementTable> ReadFile(const Ref<EngineContext>& context, const std::string& path);
+  Ref<ElementTable> ReadFile(const Ref<EngineContext>& context, const std::string& path,
+                             FileSections* sections = nullptr);
   void WriteFile(const Ref<EngineContext>& context, const std::string& path,
                  const Ref<ElementTable>& lines, FileKind kind);
 

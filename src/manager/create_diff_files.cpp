@@ -83,9 +83,10 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ComparePair(Step& step, ReportPair& pair
   const Ref<EngineContext> context = NewEngineContext(log_.errors, around_.loop);
   ShowStep("Berichtsdateien " + pair.old_name + " werden gelesen");
   step.exit_message = "Fehler beim Lesen der Datei " + pair.new_name;
-  const Ref<ElementTable> new_lines = ReadFile(context, pair.new_path);
+  FileSections sections;
+  const Ref<ElementTable> new_lines = ReadFile(context, pair.new_path, &sections);
   step.exit_message = "Fehler beim Lesen der Datei " + pair.old_name;
-  const Ref<ElementTable> old_lines = ReadFile(context, pair.old_path);
+  const Ref<ElementTable> old_lines = ReadFile(context, pair.old_path, &sections);
 
   std::string diff_name;
   if (!IsArrayEmpty(new_lines) && !IsArrayEmpty(old_lines)) {

@@ -44,12 +44,12 @@ void WriteLines(const Ref<EngineContext>& context, const std::string& name, BXRe
     write.Run([&] { file.Write(EncodeWindows1252(lines)); });
     lines.clear();
   };
-  bool more = next.Run([&] { return store.AppendFirstLine(lines); });
+  bool more = next.Run([&] { return store.AppendFirstBlock(lines); });
   while (more) {
     context->Yield();
     lines.append("\r\n");
     if (lines.size() >= kWriteSize) write_out();
-    more = next.Run([&] { return store.AppendNextLine(lines); });
+    more = next.Run([&] { return store.AppendNextBlock(lines); });
   }
   write_out();
   write.Run([&] { file.Commit(); });
@@ -64,7 +64,8 @@ bool HasByteOrderMark(std::string_view bytes) {
 }
 
 Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& context,
-                             const std::string& path, ReadStatistics* statistics) {
+                             const std::string& path, ReadStatistics* statistics,
+                             FileSections* sections) {
   const std::string name = FileNameOf(path);
   const auto step = [&](std::string message) {
     return IoStep(context, "ReadFile", std::move(message));
@@ -78,7 +79,8 @@ Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& contex
     if (HasByteOrderMark(bytes)) throw Failure(kInvalidCall);
     BXReportFile store(context);
     ReadStatistics read;
-    read.lines = store.AddLines(context->pool()->Adopt(DecodeWindows1252(std::move(bytes))));
+    read.lines =
+        store.AddLines(context->pool()->Adopt(DecodeWindows1252(std::move(bytes))), sections);
     read.lines_dropped = store.lines_dropped();
     read.last_level = store.level();
     if (statistics) *statistics = read;

@@ -6,6 +6,7 @@
 
 #include "engine/element_table.h"
 #include "engine/engine_context.h"
+#include "levels/section_reader.h"
 #include "platform/file_system.h"
 
 namespace tessary {
@@ -19,9 +20,12 @@ struct ReadStatistics {
 
 // Reads a report or difference file, Windows-1252 with lines ending in LF or CRLF, into an element
 // array; null for a file without lines. Raises Failure and leaves entries in the context's error
-// collection; `statistics` may be null and is set on success.
+// collection; `statistics` may be null and is set on success. `sections`: may be null; those of
+// another release of the report, read with the same context and unchanged since, or none; they
+// become those of this one.
 Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& context,
-                             const std::string& path, ReadStatistics* statistics);
+                             const std::string& path, ReadStatistics* statistics,
+                             FileSections* sections = nullptr);
 
 // A difference file can be made again; a report is what somebody has worked on.
 enum class FileKind { kReport, kDifferenceFile };

@@ -44,6 +44,13 @@ std::string_view WithoutTabs(std::string_view line, std::string& storage) {
   return storage;
 }
 
+std::string_view LevelSpace(std::int32_t level) {
+  constexpr std::string_view kSpace = "\t\t   ";
+  const auto tabs = static_cast<std::size_t>(level / 4);
+  const auto blanks = static_cast<std::size_t>(level % 4);
+  return kSpace.substr(2 - tabs, tabs + blanks);
+}
+
 bool IsSectionLine(std::string_view strLine) {
   return !strLine.empty() && strLine.front() == '[' && strLine.back() == ']';
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -29,6 +30,10 @@ inline std::string_view TrimTabsAndBlanks(std::string_view line) {
 // `line` without any tabs. Tabs mostly indent, so only a line that has some inside is copied, into
 // `storage`.
 std::string_view WithoutTabs(std::string_view line, std::string& storage);
+
+// What a line at `level`, 0 to 11, is indented with: a tab for every four levels, a blank for each
+// of the others.
+std::string_view LevelSpace(std::int32_t level);
 
 // True when the line is a section header: its first character is "[" and its last is "]".
 bool IsSectionLine(std::string_view strLine);

@@ -12,6 +12,7 @@
 #include "engine/procedure.h"
 #include "engine/write_table.h"
 #include "levels/owner_fields.h"
+#include "levels/section_reader.h"
 #include "report/line_syntax.h"
 
 namespace tessary {
@@ -21,7 +22,7 @@ namespace tessary {
 //
 // Reading: AddLine for every line in file order on a fresh object, then ReportFile takes the tree.
 // Writing: SetReportFile on a fresh object (or lines added as above), GetFirstLine once, then
-// GetNextLine until it returns an empty text. AppendFirstLine and AppendNextLine do the same for
+// GetNextLine until it returns an empty text. AppendFirstBlock and AppendNextBlock do the same for
 // callers that collect the lines. Members that fail raise Failure and leave entries in
 // the shared error collection under their own names.
 class BXReportFile {
@@ -40,17 +41,19 @@ class BXReportFile {
   // Reads all lines of a file, which end in LF or CRLF, on a fresh object, and returns how many
   // they are. The tree is the same as that of AddLine for every line, but the contents of sections
   // are read only when they are asked for, so the text must be one that the context's pool has
-  // adopted.
-  std::int64_t AddLines(std::string_view strLines);
+  // adopted. `sections`: may be null; those of another release of the report, read with the same
+  // context and unchanged since, or none; they become those of this one.
+  std::int64_t AddLines(std::string_view strLines, FileSections* sections = nullptr);
 
   // The first line; empty when there is none. Changes nothing in the tree but the numbers that the
   // levels keep (variables, columns).
   std::string GetFirstLine();
   // The next line, indented; empty at the end. Failure 91 when GetFirstLine found no lines.
   std::string GetNextLine();
-  // The same, but the line is appended to `text`; false where it is empty.
-  bool AppendFirstLine(std::string& text);
-  bool AppendNextLine(std::string& text);
+  // The same, but what would be returned is appended to `text`; false where it is empty. Lines that
+  // are written as they were read may come several at once, with CRLF between them.
+  bool AppendFirstBlock(std::string& text) { return AppendFirst(text, true); }
+  bool AppendNextBlock(std::string& text) { return AppendNext(text); }
 
   // Lines left out so far because their level lay outside 0 to 9, brace lines not counted.
   std::int64_t lines_dropped() const { return lines_dropped_; }
@@ -83,7 +86,8 @@ class BXReportFile {
     std::string_view brace;
   };
 
-  static void AppendLevelSpace(std::int32_t lngLevel, std::string& text);
+  bool AppendFirst(std::string& text, bool blocks);
+  bool AppendNext(std::string& text);
   Bookmark CheckForWritingLevelBookmarks(std::int32_t lngLevel, std::string_view strLine);
   Bookmark BookmarkBetweenEquals(std::string_view strLine);
   Bookmark BookmarkOnTheWayUp(std::int32_t lngLevel, std::string_view strLine);

@@ -6,7 +6,6 @@
 #include "engine/section_text.h"
 #include "levels/level_base.h"
 #include "levels/report_format.h"
-#include "levels/section_reader.h"
 #include "platform/failure.h"
 #include "report/line_syntax.h"
 #include "report/report_file.h"
@@ -73,13 +72,16 @@ void BXReportFile::CheckLine(std::string_view strLine, BXLineType& lineType) {
   InProcedure("CheckLine").Run([&] { lineType = FollowLevel(strLine, m_lngLevel); });
 }
 
-std::int64_t BXReportFile::AddLines(std::string_view strLines) {
+std::int64_t BXReportFile::AddLines(std::string_view strLines, FileSections* sections) {
   std::int64_t count = 0;
+  FileSections none;
   const Ref<Level> top = context_->CreateLevel(0);
   // What can fail here, memory above all, could fail with any line.
   const Procedure procedure = InProcedure("AddLine", "Fehler beim Auswerten einer Zeile.");
-  const std::int32_t level = procedure.Run(
-      [&] { return ReadSection(static_cast<LevelBase&>(*top), strLines, &*context_, count); });
+  const std::int32_t level = procedure.Run([&] {
+    return ReadReportText(static_cast<LevelBase&>(*top), strLines, *context_, count,
+                          sections ? *sections : none);
+  });
   if (level >= 0) {
     m_objLevel[0] = top;
     m_lngLevel = level;

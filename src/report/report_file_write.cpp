@@ -11,19 +11,23 @@ namespace tessary {
 
 std::string BXReportFile::GetFirstLine() {
   std::string line;
-  AppendFirstLine(line);
+  AppendFirst(line, false);
   return line;
 }
 
-bool BXReportFile::AppendFirstLine(std::string& text) {
+bool BXReportFile::AppendFirst(std::string& text, bool blocks) {
   const Procedure procedure =
       InProcedure("GetFirstLine", "Fehler beim Ermitteln der ersten Zeile.");
   return procedure.Run([&] {
     m_strLastLine = {};
     m_strLastOutput = {};
     m_bBlockOpen = false;
-    if (!m_aWrite) m_objLevel[0]->PrepareWriting(m_aWrite, 0);
-    if (!m_aWrite || m_aWrite->rows() == 0) return false;
+    if (!m_aWrite) {
+      Ref<WriteTable> rows = MakeRef<WriteTable>(blocks);
+      m_objLevel[0]->PrepareWriting(rows, 0);
+      if (rows->rows() == 0) return false;
+      m_aWrite = std::move(rows);
+    }
     m_lngRow = 1;
     m_lngLevel = m_aWrite->Level(m_lngRow);
     m_strLastLine = m_aWrite->Text(m_lngRow);
@@ -35,11 +39,11 @@ bool BXReportFile::AppendFirstLine(std::string& text) {
 
 std::string BXReportFile::GetNextLine() {
   std::string line;
-  AppendNextLine(line);
+  AppendNext(line);
   return line;
 }
 
-bool BXReportFile::AppendNextLine(std::string& text) {
+bool BXReportFile::AppendNext(std::string& text) {
   const Procedure procedure =
       InProcedure("GetNextLine", "Fehler beim Ermitteln der nächsten Zeile.");
   return procedure.Run([&] {
@@ -67,13 +71,11 @@ void BXReportFile::AppendRow(std::string& text) {
   m_lngLevel = level;
   m_strLastLine = row;
   m_strLastOutput = IsSectionLine(row) ? StripLine(row) : row;  // compared for sections only
-  AppendLevelSpace(level, text);
-  text.append(row);
+  text.append(LevelSpace(level)).append(row);
 }
 
 void BXReportFile::AppendBrace(const Bookmark& bookmark, std::string& text) {
-  AppendLevelSpace(bookmark.level, text);
-  text.append(bookmark.brace);
+  text.append(LevelSpace(bookmark.level)).append(bookmark.brace);
   m_strLastOutput = bookmark.brace;
 }
 
@@ -82,11 +84,6 @@ void BXReportFile::CloseLevel(std::string& text) {
   --m_lngRow;
   m_strLastOutput = {};
   if (m_lngLevel > 1) AppendBrace({m_lngLevel--, "}"}, text);
-}
-
-void BXReportFile::AppendLevelSpace(std::int32_t lngLevel, std::string& text) {
-  const auto tabs = static_cast<std::size_t>(lngLevel / 4);
-  text.append(tabs, '\t').append(static_cast<std::size_t>(lngLevel) - 4 * tabs, ' ');
 }
 
 BXReportFile::Bookmark BXReportFile::CheckForWritingLevelBookmarks(std::int32_t lngLevel,

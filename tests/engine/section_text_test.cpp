@@ -179,5 +179,54 @@ TEST(AppendAsRead, LeavesTheNumberOfColumnsToThoseWhoCount) {
   EXPECT_TRUE(AppendAsRead(Text({"{", "Columns=3", "}"}), 8, table));
 }
 
+// Lines that stand as they would be written make one row.
+TEST(AppendAsRead, PutsLinesIntoBlocks) {
+  struct Row {
+    const char* what;
+    const char* contents;
+    std::vector<std::string> rows;
+  };
+  const Row rows[] = {
+      {"all of them", " A=1\r\n B=\r\n C= x y\r\n", {"1 A=1\r\n B=\r\n C= x y"}},
+      {"one", " A=1\r\n", {"1 A=1"}},
+      {"another line end", " A=1\r\n B=1\n C=1\r\n D=1\r\n", {"1 A=1", "1 B=1", "1 C=1\r\n D=1"}},
+      {"no line end", " A=1\r\n B=1", {"1 A=1", "1 B=1"}},
+      {"another indentation",
+       " A=1\r\nB=1\r\n  C=1\r\n\tD=1\r\n",
+       {"1 A=1", "1 B=1", "1 C=1", "1 D=1"}},
+      {"blanks behind", " A=1 \r\n B=1\t\r\n C=1\r\n", {"1 A=1", "1 B=1", "1 C=1"}},
+      {"blank lines", " A=1\r\n\r\n \r\n B=1\r\n", {"1 A=1", "1 B=1"}},
+      {"an empty block", " A=1\r\n {\r\n }\r\n B=1\r\n", {"1 A=1", "1 B=1"}},
+      {"lines of two levels",
+       " A=1\r\n  {\r\n  B=1\r\n  C=1\r\n  }\r\n",
+       {"1 A=1", "2 B=1\r\n  C=1"}},
+      {"sections", " A=1\r\n [@Lines]\r\n B=1\r\n", {"1 A=1", "1 [@Lines]", "1 B=1"}},
+      {"a variable's name, deeper",
+       " A=1\r\n  {\r\n  User=1\r\n  A=1\r\n",
+       {"1 A=1", "2 User=1\r\n  A=1"}},
+  };
+  for (const Row& row : rows) {
+    const Ref<WriteTable> table = MakeRef<WriteTable>(true);
+    EXPECT_TRUE(AppendAsRead(row.contents, 1, *table)) << row.what;
+    EXPECT_EQ(WriteRows(table), row.rows) << row.what;
+  }
+}
+
+TEST(AppendAsRead, LeavesOutOfBlocksWhatHasToBeRead) {
+  for (const char* contents :
+       {" A=1\r\n B=1\tC\r\n", " A=1\r\n User1=@A;1\r\n", " A=1\r\n A= @B;1\r\n",
+        " A=1\r\n SUM=1\r\n", " A=1\r\n B =1\r\n", " A=1\r\n =1\r\n", " A=1\r\n B\r\n"}) {
+    WriteTable table(true);
+    EXPECT_FALSE(AppendAsRead(contents, 1, table)) << contents;
+    EXPECT_EQ(table.rows(), 0) << contents;
+  }
+}
+
+TEST(AppendAsRead, TakesDeepIndentationForBlocks) {
+  const Ref<WriteTable> table = MakeRef<WriteTable>(true);
+  EXPECT_TRUE(AppendAsRead("\t {\r\n\t A=1\r\n\t B=1\r\n\tC=1\r\n", 5, *table));
+  EXPECT_THAT(WriteRows(table), ElementsAre("5 A=1\r\n\t B=1", "5 C=1"));
+}
+
 }  // namespace
 }  // namespace tessary

@@ -2,11 +2,13 @@
 
 #include <functional>
 
+#include "engine/section_text.h"
 #include "model/model_compare.h"
 #include "model/model_convert.h"
 #include "model/model_report.h"
 #include "model/random_reports.h"
 #include "platform/failure.h"
+#include "report/line_syntax.h"
 #include "support/engine_trees.h"
 
 namespace tessary {
@@ -22,34 +24,73 @@ std::string Outcome(const std::function<std::string()>& work) {
   }
 }
 
-using Reader = Ref<ElementTable> (*)(const Ref<EngineContext>&, const Lines&);
-using Teller = std::string (*)(const Ref<ElementTable>&);
-
-std::string TellNothing(const Ref<ElementTable>&) { return {}; }
-
-// What the work comes to, whichever way the engine reads. Telling a tree reads all of it, so what
-// is written is also looked at without.
-std::string EngineOutcome(const std::function<std::string(Reader, Teller)>& work) {
-  for (const Teller tell : {&TellNothing, &Dump}) {
-    const std::string by_line = Outcome([&] { return work(&ReadLines, tell); });
-    const std::string by_file = Outcome([&] { return work(&ReadFileOfLines, tell); });
-    if (by_line != by_file) return "by line\n" + by_line + "by file\n" + by_file;
-    if (tell == &Dump) return by_file;
+// The lines with the indentation that they would be written with.
+Lines Indented(const Lines& lines) {
+  Lines indented;
+  std::int32_t level = 0;
+  for (const std::string& line : lines) {
+    const std::string_view text = TrimTabsAndBlanks(line);
+    if (!text.empty()) FollowLevel(text, level);
+    const bool fits = level >= 0 && level <= kDeepestLevel;
+    indented.push_back(std::string(fits ? LevelSpace(level) : "") + std::string(text));
   }
-  return {};
+  return indented;
+}
+
+// A way through the engine: how it reads, how it writes, and whether the trees are told of in
+// between, which reads all of them.
+class Way {
+ public:
+  enum Reading { kByLine, kByFile, kByFileIndented, kKnowingOtherRelease };
+
+  Way(Reading reading, bool tells) : reading_(reading), tells_(tells) {}
+
+  Ref<ElementTable> Read(const TestEngine& engine, const Lines& lines) {
+    if (reading_ == kByLine) return ReadLines(engine.context, lines);
+    if (reading_ == kByFile) return ReadFileOfLines(engine.context, lines);
+    if (reading_ == kByFileIndented) return ReadFileOfLines(engine.context, Indented(lines));
+    return ReadReleaseOfLines(engine.context, lines, sections_);
+  }
+  Lines Write(const TestEngine& engine, const Ref<ElementTable>& tree) const {
+    return reading_ == kByLine ? WriteLines(engine.context, tree)
+                               : WriteBlocks(engine.context, tree);
+  }
+  std::string Tell(const Ref<ElementTable>& tree) const { return tells_ ? Dump(tree) : ""; }
+
+ private:
+  Reading reading_;
+  bool tells_;
+  FileSections sections_;
+};
+
+// What the work comes to, whichever way it goes.
+std::string EngineOutcome(const std::function<std::string(Way&)>& work) {
+  const auto outcome = [&](Way::Reading reading, bool tells) {
+    Way way(reading, tells);
+    return Outcome([&] { return work(way); });
+  };
+  const std::string told = outcome(Way::kByLine, true);
+  const std::string untold = outcome(Way::kByLine, false);
+  for (const auto reading : {Way::kByFile, Way::kByFileIndented, Way::kKnowingOtherRelease}) {
+    const bool tells = reading == Way::kKnowingOtherRelease;
+    const std::string other = outcome(reading, tells);
+    if (other == (tells ? told : untold)) continue;
+    return "by line\n" + (tells ? told : untold) + "way " + std::to_string(reading) + "\n" + other;
+  }
+  return told;
 }
 
 std::string EngineCompare(const Lines& old_lines, const Lines& new_lines, Lines& difference) {
-  return EngineOutcome([&](Reader read, Teller tell) {
+  return EngineOutcome([&](Way& way) {
     const TestEngine engine;
-    const auto old_tree = read(engine.context, old_lines);
-    const auto new_tree = read(engine.context, new_lines);
+    const auto new_tree = way.Read(engine, new_lines);
+    const auto old_tree = way.Read(engine, old_lines);
     const auto level = engine.NewLevel(0);
     level->Compare(old_tree, new_tree);
-    const std::string tree = tell(level->ElementArray());
-    difference = WriteLines(engine.context, level->ElementArray());
-    return tree + "--\n" + model::Text(difference) + "--\n" + tell(old_tree) + "--\n" +
-           tell(new_tree);
+    const std::string tree = way.Tell(level->ElementArray());
+    difference = way.Write(engine, level->ElementArray());
+    return tree + "--\n" + model::Text(difference) + "--\n" + way.Tell(old_tree) + "--\n" +
+           way.Tell(new_tree);
   });
 }
 
@@ -66,13 +107,13 @@ std::string ModelCompare(const Lines& old_lines, const Lines& new_lines) {
 }
 
 std::string EngineConvert(const Lines& report, const Lines& difference) {
-  return EngineOutcome([&](Reader read, Teller tell) {
+  return EngineOutcome([&](Way& way) {
     const TestEngine engine;
-    const auto report_tree = read(engine.context, report);
-    const auto diff_tree = read(engine.context, difference);
+    const auto report_tree = way.Read(engine, report);
+    const auto diff_tree = way.Read(engine, difference);
     engine.NewLevel(0)->Convert(report_tree, diff_tree);
-    const std::string tree = tell(report_tree);
-    return tree + "--\n" + model::Text(WriteLines(engine.context, report_tree));
+    const std::string tree = way.Tell(report_tree);
+    return tree + "--\n" + model::Text(way.Write(engine, report_tree));
   });
 }
 
@@ -89,17 +130,17 @@ std::string ModelConvert(const Lines& report, const Lines& difference) {
 }  // namespace
 
 BothOutcomes ReadByBoth(const Lines& lines) {
-  return {EngineOutcome([&](Reader read, Teller tell) {
+  return {EngineOutcome([&](Way& way) {
             const TestEngine engine;
-            return tell(read(engine.context, lines));
+            return way.Tell(way.Read(engine, lines));
           }),
           Outcome([&] { return model::Dump(model::ReadLines(lines)); })};
 }
 
 BothOutcomes RoundTripByBoth(const Lines& lines) {
-  const auto by_engine = [&](Reader read, Teller) {
+  const auto by_engine = [&](Way& way) {
     const TestEngine engine;
-    return model::Text(WriteLines(engine.context, read(engine.context, lines)));
+    return model::Text(way.Write(engine, way.Read(engine, lines)));
   };
   return {EngineOutcome(by_engine),
           Outcome([&] { return model::Text(model::WriteLines(model::ReadLines(lines))); })};

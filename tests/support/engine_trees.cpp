@@ -1,6 +1,7 @@
 #include "support/engine_trees.h"
 
 #include "platform/text.h"
+#include "report/line_syntax.h"
 #include "report/report_file.h"
 
 namespace tessary {
@@ -33,10 +34,17 @@ Ref<ElementTable> ReadLines(const Ref<EngineContext>& context,
 
 Ref<ElementTable> ReadFileOfLines(const Ref<EngineContext>& context,
                                   const std::vector<std::string>& lines) {
+  FileSections none;
+  return ReadReleaseOfLines(context, lines, none);
+}
+
+Ref<ElementTable> ReadReleaseOfLines(const Ref<EngineContext>& context,
+                                     const std::vector<std::string>& lines,
+                                     FileSections& sections) {
   std::string text;
   for (const std::string& line : lines) text += line + "\r\n";
   BXReportFile store(context);
-  store.AddLines(context->pool()->Adopt(std::move(text)));
+  store.AddLines(context->pool()->Adopt(std::move(text)), &sections);
   return store.ReportFile();
 }
 
@@ -47,6 +55,20 @@ std::vector<std::string> WriteLines(const Ref<EngineContext>& context,
   std::vector<std::string> lines;
   for (std::string line = store.GetFirstLine(); !line.empty(); line = store.GetNextLine()) {
     lines.push_back(line);
+  }
+  return lines;
+}
+
+std::vector<std::string> WriteBlocks(const Ref<EngineContext>& context,
+                                     const Ref<ElementTable>& tree) {
+  BXReportFile store(context);
+  store.SetReportFile(tree);
+  std::vector<std::string> lines;
+  std::string block;
+  for (bool more = store.AppendFirstBlock(block); more; more = store.AppendNextBlock(block)) {
+    block += "\r\n";
+    for (std::string_view rest = block; !rest.empty();) lines.emplace_back(TakeLine(rest));
+    block.clear();
   }
   return lines;
 }

@@ -6,6 +6,7 @@
 #include "engine/element_table.h"
 #include "engine/engine_context.h"
 #include "levels/level_factory.h"
+#include "levels/section_reader.h"
 
 namespace tessary {
 
@@ -27,9 +28,18 @@ Ref<ElementTable> ReadLines(const Ref<EngineContext>& context,
 Ref<ElementTable> ReadFileOfLines(const Ref<EngineContext>& context,
                                   const std::vector<std::string>& lines);
 
+// The same, where the topmost sections of another release of the file are known, or none;
+// `sections` becomes those of this one.
+Ref<ElementTable> ReadReleaseOfLines(const Ref<EngineContext>& context,
+                                     const std::vector<std::string>& lines, FileSections& sections);
+
 // The lines that a tree is written as; renumbers in the tree.
 std::vector<std::string> WriteLines(const Ref<EngineContext>& context,
                                     const Ref<ElementTable>& tree);
+
+// The same lines, taken in blocks.
+std::vector<std::string> WriteBlocks(const Ref<EngineContext>& context,
+                                     const Ref<ElementTable>& tree);
 
 // A tree as text. Every row gives one line,
 //   <indent><status> name|key|typ|prevname|prevkey|prevtyp|nextname|nextkey|nexttyp|posnr|value
