@@ -29,6 +29,7 @@ std::string_view WithoutLabel(std::string_view piece, std::string_view label,
   auto place = FindIgnoreCase(piece, label);
   if (place == 0) {
     piece.remove_prefix(label.size());
+    if (piece.find(label.back()) == std::string_view::npos) return piece;
     place = FindIgnoreCase(piece, label);
   }
   if (place == std::string_view::npos) return piece;

@@ -32,9 +32,11 @@ std::string_view PlainName(std::string_view line) {
   std::size_t equals = 0;  // names are short, a call would take longer
   while (equals < line.size() && line[equals] != '=') ++equals;
   if (equals == line.size() || equals == 0 || line[equals - 1] == ' ') return {};
-  const std::string_view value = TrimTabsAndBlanks(line.substr(equals + 1));
+  std::size_t value = equals + 1;
+  while (value < line.size() && (line[value] == ' ' || line[value] == '\t')) ++value;
+  if (value < line.size() && line[value] == '@') return {};
   const std::string_view name = line.substr(0, equals);
-  return value.starts_with('@') || IsSectionLine(name) ? std::string_view() : name;
+  return IsSectionLine(name) ? std::string_view() : name;
 }
 
 bool IsWrittenAsRead(const LineWalker& line) {
@@ -44,15 +46,12 @@ bool IsWrittenAsRead(const LineWalker& line) {
   return !name.empty() && !IsComputed(name, line.level());
 }
 
-// True for a line, without its line end, that is a property of `level` and stands there just as it
-// would be written.
+// True for a line without indentation and line end that is a property of `level` and stands there
+// just as it would be written; tabs are not looked for.
 bool IsPropertyAsWritten(std::string_view line, std::int32_t level) {
-  const std::string_view space = LevelSpace(level);
-  if (!line.starts_with(space)) return false;
-  line.remove_prefix(space.size());
-  if (line.empty() || line.find('\t') != std::string_view::npos) return false;
-  if (line.back() == ' ' || std::string_view(" [{}").find(line.front()) != std::string_view::npos)
-    return false;
+  if (line.empty() || line.back() == ' ') return false;
+  const char first = line.front();
+  if (first == ' ' || first == '[' || first == '{' || first == '}') return false;
   const std::string_view name = PlainName(line);
   return !name.empty() && !IsComputed(name, level);
 }
@@ -60,32 +59,61 @@ bool IsPropertyAsWritten(std::string_view line, std::int32_t level) {
 // The properties of `level` at the beginning of the text, as far as they stand there just as they
 // would be written, with their line ends.
 std::string_view BlockAt(std::string_view text, std::int32_t level) {
+  const std::string_view space = LevelSpace(level);
   std::size_t size = 0;
   for (;;) {
-    const std::size_t end = text.find('\n', size);
-    if (end == std::string_view::npos) break;
-    const std::string_view line = text.substr(size, end + 1 - size);
-    if (!line.ends_with(kLineEnd)) break;
-    if (!IsPropertyAsWritten(line.substr(0, line.size() - kLineEnd.size()), level)) break;
-    size = end + 1;
+    const std::string_view line = text.substr(size, text.find('\n', size) + 1 - size);
+    if (!line.starts_with(space) || !line.ends_with(kLineEnd)) break;
+    const std::string_view inner =
+        line.substr(space.size(), line.size() - space.size() - kLineEnd.size());
+    if (inner.find('\t') != std::string_view::npos || !IsPropertyAsWritten(inner, level)) break;
+    size += line.size();
   }
   return text.substr(0, size);
 }
 
-// The beginning or the end of a text as a word, made small; `text` is ASCII.
-std::uint64_t SmallWord(std::string_view text) {
-  std::uint64_t word = 0;
-  std::memcpy(&word, text.data(), text.size());
-  return LowerAsciiWord(word);
+// Up to eight bytes, which differ for texts of one size that differ.
+std::uint64_t WordOf(std::string_view text) {
+  const auto byte = [&](std::size_t place) {
+    return std::uint64_t{static_cast<unsigned char>(text[place])};
+  };
+  if (text.size() >= kWordBytes) return LoadWord(text.data());
+  if (text.size() >= 4) {
+    std::uint32_t ends[2];
+    std::memcpy(&ends[0], text.data(), 4);
+    std::memcpy(&ends[1], text.data() + text.size() - 4, 4);
+    return std::uint64_t{ends[0]} << 32 | ends[1];
+  }
+  return text.empty() ? 0 : byte(0) << 16 | byte(text.size() / 2) << 8 | byte(text.size() - 1);
+}
+
+bool HasTab(std::uint64_t word) {
+  const std::uint64_t zero_where_tab = word ^ '\t' * kOnesOfWord;
+  return ((zero_where_tab - kOnesOfWord) & ~zero_where_tab & kHighBitsOfWord) != 0;
+}
+
+// The first and the last eight bytes of a name.
+struct NameEnds {
+  std::uint64_t first;
+  std::uint64_t last;
+
+  explicit NameEnds(std::string_view name)
+      : first(WordOf(name)),
+        last(name.size() <= kWordBytes ? 0 : LoadWord(name.data() + name.size() - kWordBytes)) {}
+};
+
+// True for a name that is ASCII and has no tabs.
+bool IsSimple(std::string_view name, const NameEnds& ends) {
+  if (!IsAsciiWord(ends.first | ends.last) || HasTab(ends.first) || HasTab(ends.last)) return false;
+  return name.size() <= 2 * kWordBytes ||
+         (AsciiRunEnd(name, 0) == name.size() && name.find('\t') == std::string_view::npos);
 }
 
 // A number that differs for most elements of one list that differ without regard to case.
-std::uint64_t Mark(std::string_view name, std::uint64_t list) {
-  const std::uint64_t first = SmallWord(name.substr(0, kWordBytes));
-  const std::uint64_t last =
-      name.size() <= kWordBytes ? 0 : SmallWord(name.substr(name.size() - kWordBytes));
-  std::uint64_t mark = (first + list * 0xFF51AFD7ED558CCDu + name.size()) * 0x9E3779B97F4A7C15u;
-  return (mark ^ mark >> 32 ^ last) * 0xFF51AFD7ED558CCDu;
+std::uint64_t Mark(std::size_t name_size, const NameEnds& ends, std::uint64_t list) {
+  const std::uint64_t first = LowerAsciiWord(ends.first);
+  std::uint64_t mark = (first + list * 0xFF51AFD7ED558CCDu + name_size) * 0x9E3779B97F4A7C15u;
+  return (mark ^ mark >> 32 ^ LowerAsciiWord(ends.last)) * 0xFF51AFD7ED558CCDu;
 }
 
 // A handful of marks is told apart by the bits that they set; more of them are put in order.
@@ -157,6 +185,18 @@ void LineWalker::TakeStripped() {
   line_ = {first, static_cast<std::size_t>(last - first)};
 }
 
+std::int64_t LineWalker::SkipLines(const FirstLetters& stops) {
+  std::int64_t count = 0;
+  for (;; ++count) {
+    const char* first = next_;
+    while (first != text_end_ && (*first == ' ' || *first == '\t')) ++first;
+    if (first == text_end_ || stops[static_cast<unsigned char>(*first)]) return count;
+    const void* const end = std::memchr(first, '\n', static_cast<std::size_t>(text_end_ - first));
+    if (!end) return count;
+    next_ = static_cast<const char*>(end) + 1;
+  }
+}
+
 bool IsComputed(std::string_view name, std::int32_t level) {
   if (level == kVariableLevel)
     return EqualsIgnoreCase(name, "User") || EqualsIgnoreCase(name, "Sum");
@@ -170,11 +210,11 @@ bool HasDistinctElements(std::string_view contents, std::int32_t level) {
   for (LineWalker line(contents, level - 1); line.Next();) {
     if (line.type() == bxltUnknown) continue;
     const std::string_view name = line.type() == bxltSection ? line.line() : PlainName(line.line());
-    if (name.empty() || AsciiRunEnd(name, 0) != name.size()) return false;
-    if (name.find('\t') != std::string_view::npos) return false;
+    const NameEnds ends(name);
+    if (name.empty() || !IsSimple(name, ends)) return false;
     const auto place = static_cast<std::size_t>(line.level());
     lists[place + 1] = ++list_count;
-    marks.Add(Mark(name, lists[place]));
+    marks.Add(Mark(name.size(), ends, lists[place]));
   }
   return marks.AllDistinct();
 }

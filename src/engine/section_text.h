@@ -32,6 +32,9 @@ inline constexpr std::int32_t kDeepestLevel = 9;
 // where the level leaves the range of its type.
 BXLineType FollowLevel(std::string_view line, std::int32_t& level);
 
+// What a line may begin with, by character code.
+using FirstLetters = std::array<bool, 256>;
+
 // Goes through the lines of a text.
 class LineWalker {
  public:
@@ -60,6 +63,11 @@ class LineWalker {
     next_ = next;
     level_ = level;
   }
+
+  // Goes past lines that need not be looked at, each of which begins, behind tabs and blanks, with
+  // none of `stops`, among which must be the line ends; returns their number. The last line of a
+  // text that has no line end is never skipped.
+  std::int64_t SkipLines(const FirstLetters& stops);
 
   // The line without tabs and blanks at its ends, and what it is: bxltUnknown for a line that is
   // empty and for a brace.

@@ -81,8 +81,11 @@ inline bool MayBeOwnerProperty(int level, char first_letter) {
 
 // The key of a layer counts only where it directly follows this property, letter by letter.
 inline constexpr std::string_view kBeforeLayerID = "Visible";
+constexpr bool DependsOnPrevious(const OwnerProperty& property) {
+  return property.owner == kLayerSection;
+}
 inline bool SetsOwnerBehind(const OwnerProperty& property, std::string_view previous_key) {
-  return property.owner != kLayerSection || previous_key == kBeforeLayerID;
+  return !DependsOnPrevious(property) || previous_key == kBeforeLayerID;
 }
 
 // The level whose sections may own a property of level `level`; -1 when none may.

@@ -9,6 +9,7 @@
 #include "levels/section_reader.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
 
@@ -17,6 +18,7 @@
 #include "engine/section_text.h"
 #include "levels/level_base.h"
 #include "levels/owner_fields.h"
+#include "levels/report_format.h"
 #include "report/line_syntax.h"
 
 namespace tessary {
@@ -26,11 +28,39 @@ std::string_view Between(const char* begin, const char* end) {
   return {begin, static_cast<std::size_t>(end - begin)};
 }
 
+// What lines begin with that have a meaning for the list of a level although they stand below it:
+// sections and braces, those that may have a status, the properties of its elements and the one
+// that such a property has to follow.
+constexpr FirstLetters StopsOf(int list_level) {
+  FirstLetters stops{};
+  const auto add = [&](char letter) { stops[static_cast<unsigned char>(letter)] = true; };
+  for (const char letter : std::string_view("\r\n[{}DNU")) add(letter);
+  for (const OwnerProperty& property : kOwnerProperties) {
+    if (property.owner_level != list_level) continue;
+    const char capital = property.name.front();
+    add(capital);
+    add(LowerAscii(capital));
+    if (DependsOnPrevious(property)) add(kBeforeLayerID.front());
+  }
+  return stops;
+}
+
+constexpr auto kStops = [] {
+  std::array<FirstLetters, kLevelCount> stops{};
+  for (int level = 0; level < kLevelCount; ++level) {
+    stops[static_cast<std::size_t>(level)] = StopsOf(level);
+  }
+  return stops;
+}();
+
 class SectionReader {
  public:
   // `other`: of another release, or null.
   SectionReader(LevelBase& list, std::int32_t level, const FileSections* other)
-      : list_(list), level_(level), other_(other) {}
+      : list_(list),
+        level_(level),
+        stops_(kStops[static_cast<std::size_t>(level)]),
+        other_(other) {}
 
   // Takes one line that is a section or a property. The section before a topmost line must have
   // been ended.
@@ -41,7 +71,7 @@ class SectionReader {
       is_read_ = true;
     } else {
       has_contents_ = true;
-      if (OwnerLevelOf(line.level()) == level_) TakePropertyOfOwner(line);
+      if (MaySetOwner(line.level())) TakePropertyOfOwner(line);
     }
   }
 
@@ -55,6 +85,13 @@ class SectionReader {
     BeginSection(line);
     has_contents_ = static_cast<bool>(element.child);
     return line.begin() + ((known + 1)->text.data() - known->text.data());
+  }
+
+  // Goes past properties below the one taken last that this reader has no use for.
+  std::int64_t SkipContents(LineWalker& line) {
+    const std::int64_t skipped = line.SkipLines(stops_);
+    if (skipped != 0 && MaySetOwner(line.level())) previous_ = {};
+    return skipped;
   }
 
   // Ends the last section before `end`.
@@ -83,6 +120,9 @@ class SectionReader {
     sections_.push_back({Between(line.begin(), line.end()), true});
   }
 
+  // True where properties of this level may set what the list's elements have.
+  bool MaySetOwner(std::int32_t level) const { return OwnerLevelOf(level) == level_; }
+
   const FileSections::Section* NextOfOther() const {
     const auto place = static_cast<std::size_t>(next_of_other_) - 1;
     if (!other_ || place >= other_->sections.size()) return nullptr;
@@ -105,11 +145,14 @@ class SectionReader {
     const OwnerProperty* found = FindOwnerProperty(line.level(), NameOfProperty(text));
     if (!found) return;
     std::string storage;
-    if (!SetsOwnerBehind(*found, NameOfProperty(WithoutTabs(previous, storage)))) return;
+    if (DependsOnPrevious(*found) &&
+        !SetsOwnerBehind(*found, NameOfProperty(WithoutTabs(previous, storage)))) {
+      return;
+    }
     const Ref<ElementTable> elements = list_.ElementArray();
     TextPool& pool = elements->pool();
     const std::int32_t row = owner_fields_.Set(elements, pool.Intern(found->owner), found->field,
-                                               pool.Intern(SplitProperty(text).strValue));
+                                               pool.Intern(ValueOfProperty(text)));
     if (level_ == 0 && row != elements->rows()) NoteReach(row);
   }
 
@@ -121,6 +164,7 @@ class SectionReader {
 
   LevelBase& list_;
   const std::int32_t level_;
+  const FirstLetters& stops_;
   const FileSections* other_;
   std::int32_t next_of_other_ = 1;
   OwnerFields owner_fields_;
@@ -152,6 +196,9 @@ std::int32_t ReadLines(std::string_view text, std::int32_t level, SectionReader&
     }
     if (MayHaveStatus(line.line())) return -1;
     reader.Take(line);
+    if (line.type() == bxltProperty && line.level() > level) {
+      line_count += reader.SkipContents(line);
+    }
   }
   reader.EndSection(text_end);
   return line.level();

@@ -53,6 +53,12 @@ inline std::string_view NameOfProperty(std::string_view strLine) {
   return TrimBlanks(strLine.substr(0, strLine.find('=')));
 }
 
+// What stands behind the first "=" of a property line, nothing where there is none.
+inline std::string_view ValueOfProperty(std::string_view strLine) {
+  const auto equals = strLine.find('=');
+  return equals == std::string_view::npos ? std::string_view() : strLine.substr(equals + 1);
+}
+
 // Splits a property line at its first "="; a line without one has its whole text as name and key.
 // A numbered variable ("User3=@Total;Sum(Price)") gets the name "User" or "Sum", its @-name as
 // key and the rest as value, so that it is matched by its @-name and not by its number.
