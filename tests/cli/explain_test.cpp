@@ -245,6 +245,21 @@ TEST_F(ExplainTest, AllAsAPage) {
   EXPECT_EQ(console_.out, MessagePage());
 }
 
+TEST_F(ExplainTest, TheProtocolPageLeadsFromWarningsToo) {
+  files_.Put("/rep/a.lst", SmallReport(3));
+  files_.PutFolder("/diff");
+  files_.Put("/diff/3_4Rechnung", "");
+  Run({"convert-folder", "/diff", "/rep", "--omit", "x.lst", "--html", "/p.html"});
+  const std::string message = "Zu --omit x.lst gibt es keine Datei im Berichtsordner.";
+  const MessageGuide* guide = FindMessageGuide(message);
+  ASSERT_NE(guide, nullptr);
+  const std::string page = files_.Get("/p.html");
+  EXPECT_NE(page.find("<bdi>" + message + "</bdi></div> <a class=\"why\" href=\"#" +
+                      AnchorOf(*guide) + "\">Was tun?</a>"),
+            std::string::npos);
+  EXPECT_NE(page.find("<dt id=\"" + AnchorOf(*guide) + "\">"), std::string::npos);
+}
+
 TEST_F(ExplainTest, TheProtocolPageLeadsFromEachMessageToItsExplanation) {
   files_.Put("/rep/a.lst", SmallReport(3));
   files_.PutFolder("/diff");

@@ -77,7 +77,9 @@ TEST_F(VerifyTest, ADifferenceThatALaterOneReplacesIsNotGood) {
   EXPECT_EQ(object["verification"][0]["failure"],
             "Die Differenz-Datei wurde durch die des Berichts b.lst ersetzt");
   EXPECT_FALSE(object["verification"][1].contains("failure"));
-  EXPECT_EQ(Compare({"--verify", "--strict"}), kExitFailed);
+  EXPECT_EQ(Compare({"--verify", "--strict", "--html", "/p.html"}), kExitFailed);
+  EXPECT_NE(files_.Get("/p.html").find("<bdi>a.lst (3_4Rechnung): nicht nachgeprüft</bdi>"),
+            std::string::npos);
   EXPECT_TRUE(
       Printed("Nicht nachgeprüft: a.lst (3_4Rechnung): Die Differenz-Datei wurde durch die "
               "des Berichts b.lst ersetzt.\n"))
@@ -114,6 +116,26 @@ TEST_F(VerifyTest, JsonAndPageHoldThePlaces) {
             std::string::npos);
   EXPECT_EQ(Compare({"--json"}), kExitDone);
   EXPECT_FALSE(ParseJson(console_.out).contains("verification"));
+}
+
+TEST_F(VerifyTest, ThePageSaysWhatTheExitCodeSays) {
+  const auto has = [&](const char* text) {
+    return files_.Get("/p.html").find(text) != std::string::npos;
+  };
+  EXPECT_EQ(Compare({"--html", "/p.html"}), kExitDone);
+  EXPECT_FALSE(has("nachgebildet")) << "nothing was checked";
+  EXPECT_EQ(Compare({"--verify", "--html", "/p.html"}), kExitDone);
+  EXPECT_TRUE(has("<dt>Stellen nicht nachgebildet</dt><dd>2</dd>"));
+  EXPECT_TRUE(has("Ohne Fehler abgeschlossen."));
+  EXPECT_EQ(Compare({"--verify", "--strict", "--html", "/p.html"}), kExitFailed);
+  EXPECT_TRUE(
+      has("<p class=\"outcome error\">Verglichen, aber die neue Version wird nicht ganz "
+          "nachgebildet.</p>"));
+  EXPECT_EQ(Run({"diff", "/old/b.lst", "/new/b.lst", "/diff", "--verify", "--strict", "--html",
+                 "/p.html"}),
+            kExitDone);
+  EXPECT_TRUE(has("<dt>Stellen nicht nachgebildet</dt><dd>0</dd>"));
+  EXPECT_TRUE(has("Ohne Fehler abgeschlossen."));
 }
 
 TEST_F(VerifyTest, RestoreUndoesAConversion) {
