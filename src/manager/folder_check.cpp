@@ -41,8 +41,11 @@ class Checker {
     if (FoldersAreThere()) {
       ListDifferences();
       ListReports();
-      if (differences_.empty()) Problem(diff_folder_, " enthält keine Differenz-Dateien.");
-      if (check_.reports.empty()) Problem(report_folder_, " enthält keine Berichte.");
+      if (differences_.empty()) {
+        Problem("Der Ordner " + diff_folder_ + " enthält keine Differenz-Dateien.");
+      }
+      if (check_.reports.empty())
+        Problem("Der Ordner " + report_folder_ + " enthält keine Berichte.");
       for (CheckedReport& report : check_.reports) Follow(report);
       FindDuplicateSteps();
       FindSameHeaders();
@@ -52,19 +55,16 @@ class Checker {
   }
 
  private:
-  void Problem(const std::string& folder, const char* what) {
-    check_.problems.push_back("Der Ordner " + folder + what);
-  }
+  void Problem(std::string text) { check_.problems.push_back(std::move(text)); }
 
   bool FoldersAreThere() {
     if (diff_folder_.empty()) {
-      check_.problems.push_back("Fehlende Pfadangabe für das Differenz-Berichtsverzeichnis.");
+      Problem("Fehlende Pfadangabe für das Differenz-Berichtsverzeichnis.");
     }
-    if (report_folder_.empty()) {
-      check_.problems.push_back("Fehlende Pfadangabe für das Berichtsverzeichnis.");
-    }
+    if (report_folder_.empty()) Problem("Fehlende Pfadangabe für das Berichtsverzeichnis.");
     for (const std::string* folder : {&diff_folder_, &report_folder_}) {
-      if (!folder->empty() && !files_.FolderExists(*folder)) Problem(*folder, " existiert nicht.");
+      if (folder->empty() || files_.FolderExists(*folder)) continue;
+      Problem("Der Ordner " + *folder + " existiert nicht.");
     }
     return check_.problems.empty();
   }
@@ -105,7 +105,7 @@ class Checker {
       files_.OpenForReading(JoinPath(report_folder_, name));
       return true;
     } catch (const Failure& failure) {
-      check_.problems.push_back(UnreadableText(name, failure));
+      Problem(UnreadableText(name, failure));
       return false;
     }
   }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/tessary.h"
+#include "platform/path.h"
 #include "support/fake_console.h"
 #include "support/json.h"
 #include "support/manager_test_base.h"
@@ -155,6 +156,23 @@ TEST_F(VerifyTest, RestoreUndoesAConversion) {
   EXPECT_EQ(Run({"restore", "/repBak", "/rep", "x.lst", "a.lst"}), kExitFailed);
   EXPECT_TRUE(
       Printed("OK      a.lst ist schon auf diesem Stand\nFEHLER  Im Sicherungsverzeichnis "));
+}
+
+TEST_F(VerifyTest, RestoreNeedsTwoFolders) {
+  files_.Put("/rep/a.lst", SmallReport(3));
+  const auto before = files_.files();
+  for (const char* backups : {"/rep", "/rep/", "/x/../rep/."}) {
+    for (const Words& more : {Words{}, Words{"a.lst", "--dry-run", "--quiet"}}) {
+      Words arguments = {"restore", backups, "/rep"};
+      arguments.insert(arguments.end(), more.begin(), more.end());
+      EXPECT_EQ(Run(arguments), kExitWrongUsage) << backups;
+      EXPECT_EQ(console_.out, "");
+      EXPECT_EQ(console_.err, "tessary: Sicherungsordner und Berichtsordner können nicht beide " +
+                                  MakeAbsolute("/rep") + " sein.\n");
+    }
+  }
+  EXPECT_EQ(files_.files(), before);
+  EXPECT_EQ(Run({"restore", "/fehlt", "/fehlt"}), kExitWrongUsage) << "nor one that is not there";
 }
 
 TEST_F(VerifyTest, RestoreNamesAReportThatCannotBeWritten) {
