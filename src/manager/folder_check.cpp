@@ -29,6 +29,7 @@ NoReportReason ReasonOf(const std::string& name, std::int32_t version) {
 struct ReadResult {
   std::vector<std::string> failures;
   std::vector<std::string> warnings;
+  bool has_elements = false;
 };
 
 class Checker {
@@ -167,8 +168,14 @@ class Checker {
 
   const ReadResult& ReadDifference(const std::string& name) {
     const auto [place, is_new] = read_.try_emplace(name);
-    if (is_new) place->second = Read(JoinPath(diff_folder_, name));
-    return place->second;
+    ReadResult& read = place->second;
+    if (!is_new) return read;
+    read = Read(JoinPath(diff_folder_, name));
+    if (read.failures.empty() && !read.has_elements) {
+      // It would be applied without an error, and the version would stay.
+      read.failures.push_back("Die Differenz-Datei " + name + " ist leer.");
+    }
+    return read;
   }
 
   ReadResult Read(const std::string& path) {
@@ -183,7 +190,8 @@ class Checker {
         return result;
       }
       ReadStatistics statistics;
-      ReadReport(files_, NewEngineContext(errors, nullptr), path, &statistics);
+      result.has_elements =
+          !IsArrayEmpty(ReadReport(files_, NewEngineContext(errors, nullptr), path, &statistics));
       result.warnings = ReadWarnings(path, statistics);
     } catch (const Failure& failure) {
       result.failures.push_back(UnreadableText(FileNameOf(path), failure));

@@ -197,6 +197,11 @@ constexpr auto kGuides = std::to_array<MessageGuide>({
      "Die Rechte fehlen, ein anderes Programm hat die Datei geöffnet, oder der Datenträger meldet "
      "einen Fehler.",
      "Die genannte Ursache beseitigen und erneut prüfen."},
+    {kForesight, "Die Differenz-Datei … ist leer.",
+     "Die Datei enthält keinen Unterschied, auch nicht die neue Version; meist wurde sie nicht "
+     "ganz "
+     "kopiert. Die Konvertierung ließe den Bericht, wie er ist.",
+     "Die Differenz-Datei noch einmal beschaffen."},
     {kForesight, "Der Ordner … enthält keine Differenz-Dateien.",
      "Keine Datei des Ordners heißt wie 3_4Rechnung.", kCheckOrder},
     {kForesight, "Der Ordner … enthält keine Berichte.",
