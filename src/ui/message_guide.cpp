@@ -101,7 +101,8 @@ constexpr auto kGuides = std::to_array<MessageGuide>({
     {kChecks,
      "Die Version … des alten Berichts … ist größer oder gleich der Version … des neuen Berichts …",
      "Alter und neuer Bericht sind vertauscht, oder die Version wurde nicht erhöht.",
-     "Die Reihenfolge im Aufruf prüfen oder die Version des neuen Berichts erhöhen.",
+     "Die Reihenfolge im Aufruf prüfen oder die Version des neuen Berichts erhöhen. Ist der "
+     "Bericht unverändert, ist nichts zu tun.",
      kWrongKindOfFile},
     {kChecks, "Die Differenz-Datei … entspricht keiner List & Label Differenz-Berichtsdatei.",
      "Der Name nennt nicht zwei aufsteigende Versionen und eine Referenz wie 3_4Rechnung.",
