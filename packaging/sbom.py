@@ -26,6 +26,11 @@ HEADERS = [
     ("CLI11", "/usr/include/CLI/CLI.hpp", "BSD-3-Clause"),
     ("nlohmann-json", "/usr/include/nlohmann/json.hpp", "MIT"),
 ]
+# What a licence asks of those who pass the program on.
+COMMENTS = {
+    "glibc": "Linked statically. Who passes the program on offers the sources of this library (the Debian source "
+             "package glibc of this version) and the object files of the program; see the file copyright.",
+}
 LINUX_LIBRARIES = [
     ("libstdc++", "libstdc++.a", GCC_RUNTIME),
     ("libgcc", "libgcc.a", GCC_RUNTIME),
@@ -85,6 +90,7 @@ def document(product, version, parts):
         packages.append(spdx_package(
             identifier, name, package_version, licence, supplier="Organization: Debian",
             sourceInfo=f"Debian package {package}",
+            **({"comment": COMMENTS[name]} if name in COMMENTS else {}),
             externalRefs=[{
                 "referenceCategory": "PACKAGE-MANAGER",
                 "referenceType": "purl",

@@ -9,8 +9,8 @@ set(CPACK_PACKAGE_VERSION $ENV{TESSARY_VERSION})
 set(CPACK_PACKAGE_CONTACT "Tessary <tessary@example.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "bring customized List & Label reports to a new version")
 set(CPACK_PACKAGE_DESCRIPTION "Compares two versions of a vendor's reports and applies what
- differs to the customers' adapted copies. With man pages, completions
- for bash, zsh and fish, the guide in German, and samples.")
+differs to the customers' adapted copies. With man pages, completions
+for bash, zsh and fish, the guide in German, and samples.")
 set(CPACK_PACKAGE_FILE_NAME tessary)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)

@@ -132,15 +132,17 @@ std::string CheckText(const SameHeader& same) {
 }
 
 std::string CheckText(const UnmatchedDifference& difference) {
-  const std::string file = "Die Differenz-Datei " + difference.name;
+  const std::string& file = difference.name;
   switch (difference.reason) {
     case UnmatchedReason::kNoSuchReference:
-      return file + " passt zu nichts: Es gibt keinen Bericht der Referenz " +
-             difference.reference + ".";
+      return "Die Differenz-Datei " + file +
+             " passt zu nichts: Es gibt keinen Bericht der Referenz " + difference.reference + ".";
     case UnmatchedReason::kNotOnTheWay:
-      return file + " passt zu nichts: Kein Bericht kommt auf ihre alte Version.";
+      return "Die Differenz-Datei " + file +
+             " passt zu nichts: Kein Bericht kommt auf ihre alte Version.";
     default:
-      return file + " wird nicht angewendet: Eine andere führt von ihrer alten Version weiter.";
+      return "Die Differenz-Datei " + file +
+             " wird nicht angewendet: Eine andere führt von ihrer alten Version weiter.";
   }
 }
 

@@ -142,6 +142,9 @@ class ParsedCommand {
         line.backup = value;
         break;
       case OptionId::kOmit:
+        if (std::find(values.begin(), values.end(), "") != values.end()) {
+          return MissingValue(spec_, option);
+        }
         line.omit = values;
         break;
       case OptionId::kOnBackupFailure:
@@ -188,6 +191,12 @@ class ParsedCommand {
     if (given < least) return MissingOperand(spec_, spec_.operands[given]);
     if (given > most && !spec_.last_operand_repeats) {
       return SurplusOperand(spec_, line.operands[most]);
+    }
+    for (std::size_t i = 0; i < given; ++i) {
+      // A variable of a script that was never set, most of the time.
+      if (line.operands[i].empty()) {
+        return EmptyOperand(spec_, spec_.operands[std::min(i, most - 1)]);
+      }
     }
     return std::nullopt;
   }

@@ -7,10 +7,12 @@
 
 namespace tessary {
 
+bool IsReproduced(const CheckedDifference& checked) {
+  return checked.places.empty() && checked.failure.empty();
+}
+
 bool AllReproduced(const std::vector<CheckedDifference>& differences) {
-  return std::all_of(differences.begin(), differences.end(), [](const CheckedDifference& checked) {
-    return checked.places.empty() && checked.failure.empty();
-  });
+  return std::all_of(differences.begin(), differences.end(), IsReproduced);
 }
 
 std::string_view DeviationText(Deviation reason) {
@@ -60,6 +62,7 @@ std::string NameOf(const CheckedDifference& checked) {
 
 std::string CheckHeading(const CheckedDifference& checked) {
   const std::size_t places = checked.places.size();
+  if (places == 0 && !checked.failure.empty()) return NameOf(checked) + ": nicht nachgeprüft";
   std::string text = NameOf(checked) + ": " + std::to_string(places);
   return text.append(places == 1 ? " Stelle" : " Stellen");
 }

@@ -18,6 +18,8 @@ struct CheckedDifference {
   std::string failure;  // why the check says nothing about the file; empty when it does
 };
 
+// Whether it has been checked and gives all of the new version.
+bool IsReproduced(const CheckedDifference& checked);
 bool AllReproduced(const std::vector<CheckedDifference>& differences);
 
 // The reason in German, and as a word for programs.
@@ -26,7 +28,7 @@ std::string_view DeviationId(Deviation reason);
 
 // The elements around something, outermost first.
 std::string PlaceText(const std::vector<std::string>& place);
-// "Rechnung.lst (3_4Rechnung): 2 Stellen".
+// "Rechnung.lst (3_4Rechnung): 2 Stellen", or that nothing is known.
 std::string CheckHeading(const CheckedDifference& checked);
 // What the new version has, with the number of its line; what there is too much of.
 std::string LineText(const Unreproduced& place);

@@ -20,7 +20,8 @@ constexpr std::string_view kGeneralExamples =
     "  tessary info Berichte/Rechnung.lst\n";
 constexpr std::string_view kExitCodes =
     "  0  ohne Fehler ausgeführt\n"
-    "  1  etwas ist fehlgeschlagen, oder ein Bericht wurde wegen einer Antwort übersprungen\n"
+    "  1  etwas ist fehlgeschlagen, ein Bericht wurde wegen einer Antwort übersprungen,\n"
+    "     oder check hat eine Lücke gefunden\n"
     "  2  falscher Aufruf, oder die Datei zu --html oder --journal kann nicht\n"
     "     geschrieben werden; es ist nichts geschehen\n";
 

@@ -145,6 +145,7 @@ class OperationRun {
   RunSummary Summary() const {
     if (Converts(line_)) return SummariseConversion(log_, WhatIsKnown());
     DiffSummary summary = SummariseDiff(log_, notices_.passed_over());
+    summary.checked = !notices_.differences().empty();
     for (const CheckedDifference& checked : notices_.differences()) {
       summary.not_reproduced += checked.places.size();
     }

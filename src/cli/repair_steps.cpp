@@ -7,6 +7,7 @@
 namespace tessary {
 namespace {
 
+// A file named without its folder has none where the current one is gone.
 RepairStep About(std::string text, std::string value) {
   return {std::move(text), value.empty() ? "(nicht angegeben)" : std::move(value)};
 }

@@ -53,12 +53,18 @@ void Print(const Restoration& restoration, const CommandLine& line,
 }  // namespace
 
 int RunRestore(const CommandLine& line, const CommandSurroundings& around) {
+  const std::string backups = OperandPath(line, 0);
+  const std::string reports = OperandPath(line, 1);
+  if (around.files.SameFolder(backups, reports)) {
+    around.messages.Print("tessary: Sicherungsordner und Berichtsordner können nicht beide " +
+                          reports + " sein.");
+    return kExitWrongUsage;
+  }
   OverlayFiles trial(around.files);
   FileSystem& files = line.dry_run ? static_cast<FileSystem&>(trial) : around.files;
   const std::vector<std::string> names(line.operands.begin() + 2, line.operands.end());
   try {
-    const Restoration restoration =
-        RestoreReports(files, OperandPath(line, 0), OperandPath(line, 1), names, line.oldest);
+    const Restoration restoration = RestoreReports(files, backups, reports, names, line.oldest);
     Print(restoration, line, around);
     return restoration.Succeeded() ? kExitDone : kExitFailed;
   } catch (const Failure& failure) {

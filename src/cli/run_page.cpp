@@ -37,6 +37,12 @@ std::vector<PageCount> CountsOf(const DiffSummary& summary) {
       summary.without_difference,
       Counted(summary.without_difference, "Bericht ohne Unterschied", "Berichte ohne Unterschied"),
       PageTone::kNeutral);
+  if (summary.checked) {
+    counts.Always(
+        summary.not_reproduced,
+        Counted(summary.not_reproduced, "Stelle nicht nachgebildet", "Stellen nicht nachgebildet"),
+        PageTone::kWarning);
+  }
   counts.PassedOver(summary.passed_over);
   return counts.list;
 }
@@ -68,7 +74,7 @@ std::size_t FailedIn(const RunSummary& summary) {
   return std::visit([](const auto& counts) { return counts.failed; }, summary);
 }
 
-void SetOutcome(const RunOutcome& outcome, ProtocolPage& page) {
+void SetOutcome(const RunOutcome& outcome, bool strict, ProtocolPage& page) {
   const std::size_t failed = FailedIn(outcome.summary);
   page.tone = PageTone::kError;
   if (failed > 0) {
@@ -79,6 +85,8 @@ void SetOutcome(const RunOutcome& outcome, ProtocolPage& page) {
     page.outcome = outcome.result
                        ? "Abgeschlossen; wegen einer Antwort wurden Berichte übersprungen."
                        : "Nicht ausgeführt, weil eine Frage mit Nein beantwortet wurde.";
+  } else if (outcome.result && strict && !AllReproduced(outcome.differences)) {
+    page.outcome = "Verglichen, aber die neue Version wird nicht ganz nachgebildet.";
   } else if (outcome.result) {
     page.tone = PageTone::kCorrect;
     page.outcome = "Ohne Fehler abgeschlossen.";
@@ -107,11 +115,14 @@ std::vector<PageFact> FactsOf(const CommandLine& line) {
 
 std::string ChangeText(const Change& change) {
   const auto value = [](const std::string& text) { return text.empty() ? "(leer)" : text; };
+  const auto line = [&](const std::string& text) {
+    return change.element + (text.empty() ? "" : "=" + text);
+  };
   switch (change.status) {
     case bxsDelete:
-      return "gelöscht: " + change.element;
+      return "gelöscht: " + line(change.old_value);
     case bxsNew:
-      return "neu: " + change.element;
+      return "neu: " + line(change.new_value);
     case bxsUpdate:
       return "geändert: " + change.element + (change.skipped ? " nach " : " von ") +
              (change.skipped ? "" : value(change.old_value) + " nach ") + value(change.new_value);
@@ -136,6 +147,9 @@ PageDetails ChangesOf(const JournalStep& step) {
 
 PageDetails PlacesOf(const CheckedDifference& checked) {
   PageDetails group{CheckHeading(checked), {}};
+  if (!checked.failure.empty()) {
+    group.details.push_back({PageTone::kWarning, checked.failure + ".", "", ""});
+  }
   for (const Unreproduced& place : checked.places) {
     group.details.push_back({PageTone::kWarning,
                              std::string(DeviationText(place.reason)) + ": " + LineText(place),
@@ -170,9 +184,9 @@ ProtocolPage PageFor(const CommandLine& line, const RunOutcome& outcome, Protoco
     if (!step.changes.empty()) page.changes.push_back(ChangesOf(step));
   }
   for (const CheckedDifference& checked : outcome.differences) {
-    if (!checked.places.empty()) page.unreproduced.push_back(PlacesOf(checked));
+    if (!IsReproduced(checked)) page.unreproduced.push_back(PlacesOf(checked));
   }
-  SetOutcome(outcome, page);
+  SetOutcome(outcome, line.strict, page);
   if (line.dry_run) page.outcome.insert(0, "Probelauf, nichts geschrieben: ");
   AddNames("Wegen einer Antwort übersprungen", outcome.files.skipped, page);
   if (const auto* converted = std::get_if<ConvertSummary>(&outcome.summary)) {

@@ -12,7 +12,7 @@ namespace tessary {
 // True for `convert` and `convert-folder`.
 bool Converts(const CommandLine& line);
 
-// An operand as a path; empty when an empty one was given.
+// An operand as a path.
 std::string OperandPath(const CommandLine& line, std::size_t operand);
 
 // The backup folder that was asked for; empty for the default one.

@@ -16,6 +16,7 @@ struct DiffSummary {
   std::size_t without_difference = 0;
   std::size_t failed = 0;
   std::size_t passed_over = 0;
+  bool checked = false;            // whether the differences were applied and compared
   std::size_t not_reproduced = 0;  // places of the new versions that their differences do not give
 };
 

@@ -66,6 +66,11 @@ UsageError MissingOperand(const CommandSpec& command, const OperandSpec& operand
                              std::string(operand.name) + " (" + std::string(operand.text) + ").");
 }
 
+UsageError EmptyOperand(const CommandSpec& command, const OperandSpec& operand) {
+  return Error(&command, "Für den Befehl " + Quoted(command.name) + " ist die Angabe " +
+                             std::string(operand.name) + " leer.");
+}
+
 UsageError SurplusOperand(const CommandSpec& command, std::string_view operand) {
   return Error(&command, "Für den Befehl " + Quoted(command.name) + " ist die Angabe " +
                              Quoted(operand) + " zu viel.");

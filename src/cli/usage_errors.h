@@ -14,6 +14,7 @@ UsageError MissingCommand();
 UsageError UnknownCommand(std::string_view typed);
 UsageError UnknownOption(const CommandSpec* command, std::string_view typed);
 UsageError MissingOperand(const CommandSpec& command, const OperandSpec& operand);
+UsageError EmptyOperand(const CommandSpec& command, const OperandSpec& operand);
 UsageError SurplusOperand(const CommandSpec& command, std::string_view operand);
 UsageError MissingValue(const CommandSpec& command, const OptionSpec& option);
 UsageError UnwantedValue(const CommandSpec* command, std::string_view option);

@@ -29,6 +29,7 @@ NoReportReason ReasonOf(const std::string& name, std::int32_t version) {
 struct ReadResult {
   std::vector<std::string> failures;
   std::vector<std::string> warnings;
+  bool has_elements = false;
 };
 
 class Checker {
@@ -41,8 +42,11 @@ class Checker {
     if (FoldersAreThere()) {
       ListDifferences();
       ListReports();
-      if (differences_.empty()) Problem(diff_folder_, " enthält keine Differenz-Dateien.");
-      if (check_.reports.empty()) Problem(report_folder_, " enthält keine Berichte.");
+      if (differences_.empty()) {
+        Problem("Der Ordner " + diff_folder_ + " enthält keine Differenz-Dateien.");
+      }
+      if (check_.reports.empty())
+        Problem("Der Ordner " + report_folder_ + " enthält keine Berichte.");
       for (CheckedReport& report : check_.reports) Follow(report);
       FindDuplicateSteps();
       FindSameHeaders();
@@ -52,19 +56,16 @@ class Checker {
   }
 
  private:
-  void Problem(const std::string& folder, const char* what) {
-    check_.problems.push_back("Der Ordner " + folder + what);
-  }
+  void Problem(std::string text) { check_.problems.push_back(std::move(text)); }
 
   bool FoldersAreThere() {
     if (diff_folder_.empty()) {
-      check_.problems.push_back("Fehlende Pfadangabe für das Differenz-Berichtsverzeichnis.");
+      Problem("Fehlende Pfadangabe für das Differenz-Berichtsverzeichnis.");
     }
-    if (report_folder_.empty()) {
-      check_.problems.push_back("Fehlende Pfadangabe für das Berichtsverzeichnis.");
-    }
+    if (report_folder_.empty()) Problem("Fehlende Pfadangabe für das Berichtsverzeichnis.");
     for (const std::string* folder : {&diff_folder_, &report_folder_}) {
-      if (!folder->empty() && !files_.FolderExists(*folder)) Problem(*folder, " existiert nicht.");
+      if (folder->empty() || files_.FolderExists(*folder)) continue;
+      Problem("Der Ordner " + *folder + " existiert nicht.");
     }
     return check_.problems.empty();
   }
@@ -105,7 +106,7 @@ class Checker {
       files_.OpenForReading(JoinPath(report_folder_, name));
       return true;
     } catch (const Failure& failure) {
-      check_.problems.push_back(UnreadableText(name, failure));
+      Problem(UnreadableText(name, failure));
       return false;
     }
   }
@@ -167,8 +168,14 @@ class Checker {
 
   const ReadResult& ReadDifference(const std::string& name) {
     const auto [place, is_new] = read_.try_emplace(name);
-    if (is_new) place->second = Read(JoinPath(diff_folder_, name));
-    return place->second;
+    ReadResult& read = place->second;
+    if (!is_new) return read;
+    read = Read(JoinPath(diff_folder_, name));
+    if (read.failures.empty() && !read.has_elements) {
+      // It would be applied without an error, and the version would stay.
+      read.failures.push_back("Die Differenz-Datei " + name + " ist leer.");
+    }
+    return read;
   }
 
   ReadResult Read(const std::string& path) {
@@ -183,7 +190,8 @@ class Checker {
         return result;
       }
       ReadStatistics statistics;
-      ReadReport(files_, NewEngineContext(errors, nullptr), path, &statistics);
+      result.has_elements =
+          !IsArrayEmpty(ReadReport(files_, NewEngineContext(errors, nullptr), path, &statistics));
       result.warnings = ReadWarnings(path, statistics);
     } catch (const Failure& failure) {
       result.failures.push_back(UnreadableText(FileNameOf(path), failure));

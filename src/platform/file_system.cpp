@@ -39,6 +39,10 @@ std::string FileSystem::IdentityOf(const std::string& path) {
   return FileExists(path) ? path : std::string();
 }
 
+bool FileSystem::SameFolder(const std::string& a, const std::string& b) {
+  return WithoutTrailingSeparator(a) == WithoutTrailingSeparator(b);
+}
+
 std::string ReadWholeFile(FileReader& file) {
   // A hint may be far off (sparse files), so memory beyond these bounds is taken step by step.
   constexpr std::size_t kFirstBlock = 4096;

@@ -101,6 +101,10 @@ class FileSystem {
   // empty when there is no such file.
   virtual std::string IdentityOf(const std::string& path);
 
+  // True when both paths name one folder, by whatever name; equal paths do even where there is
+  // none.
+  virtual bool SameFolder(const std::string& a, const std::string& b);
+
   // Removes what a run that died may have left in `folder`; never fails.
   virtual void RemoveLeftovers(const std::string& folder) = 0;
 

@@ -24,6 +24,11 @@ constexpr std::string_view kInsideRemedy =
 constexpr std::string_view kSpeakToVendor =
     "Mit dem Bericht, der Differenz-Datei und dem Protokoll an den Hersteller wenden.";
 
+constexpr std::string_view kCheckOrder =
+    "Die Ordner und ihre Reihenfolge im Aufruf prüfen: erst die Differenz-Dateien, dann die "
+    "Berichte.";
+constexpr std::string_view kKeepOneStep = "Ist eine andere gemeint, nur diese im Ordner lassen.";
+
 constexpr auto kGuides = std::to_array<MessageGuide>({
     // What stands over the messages of a report.
     {kReports, "Der Bericht … wurde erfolgreich … konvertiert.",
@@ -96,7 +101,8 @@ constexpr auto kGuides = std::to_array<MessageGuide>({
     {kChecks,
      "Die Version … des alten Berichts … ist größer oder gleich der Version … des neuen Berichts …",
      "Alter und neuer Bericht sind vertauscht, oder die Version wurde nicht erhöht.",
-     "Die Reihenfolge im Aufruf prüfen oder die Version des neuen Berichts erhöhen.",
+     "Die Reihenfolge im Aufruf prüfen oder die Version des neuen Berichts erhöhen. Ist der "
+     "Bericht unverändert, ist nichts zu tun.",
      kWrongKindOfFile},
     {kChecks, "Die Differenz-Datei … entspricht keiner List & Label Differenz-Berichtsdatei.",
      "Der Name nennt nicht zwei aufsteigende Versionen und eine Referenz wie 3_4Rechnung.",
@@ -173,6 +179,65 @@ constexpr auto kGuides = std::to_array<MessageGuide>({
     {kInside, "Fehler beim Verarbeiten eines Elementes.", kInsideCause, kInsideRemedy},
     {kInside, "Fehler beim Vorbereiten des Schreibvorganges.", kInsideCause, kInsideRemedy},
 
+    // What a check finds before a run.
+    {kForesight, "Zur Referenz … gibt es keine Differenz-Datei.",
+     "Der Bericht ist ein eigener des Kunden, seine Referenz ist falsch geschrieben, oder es fehlt "
+     "eine Differenz-Datei.",
+     "Einen eigenen Bericht mit --omit auslassen; sonst den Referenzbeleg und den Ordner mit den "
+     "Differenz-Dateien prüfen."},
+    {kForesight, "Von Version … führt keine Differenz-Datei weiter…",
+     "In der Kette fehlt eine Differenz-Datei. Der Bericht bliebe auf dieser Version stehen.",
+     "Die fehlende Differenz-Datei beim Hersteller anfordern."},
+    {kForesight,
+     "Die Datei … ist in einem neueren Format (mit einer Bytefolge-Marke, BOM), das nicht gelesen "
+     "wird.",
+     "Die Datei beginnt mit einer Marke für UTF-8 oder UTF-16; gelesen wird nur Windows-1252.",
+     "Einen Bericht im Designer im bisherigen Format speichern, eine Differenz-Datei beim "
+     "Hersteller anfordern."},
+    {kForesight, "Die Datei … kann nicht gelesen werden: …",
+     "Die Rechte fehlen, ein anderes Programm hat die Datei geöffnet, oder der Datenträger meldet "
+     "einen Fehler.",
+     "Die genannte Ursache beseitigen und erneut prüfen."},
+    {kForesight, "Die Differenz-Datei … ist leer.",
+     "Die Datei enthält keinen Unterschied, auch nicht die neue Version; meist wurde sie nicht "
+     "ganz "
+     "kopiert. Die Konvertierung ließe den Bericht, wie er ist.",
+     "Die Differenz-Datei noch einmal beschaffen."},
+    {kForesight, "Der Ordner … enthält keine Differenz-Dateien.",
+     "Keine Datei des Ordners heißt wie 3_4Rechnung.", kCheckOrder},
+    {kForesight, "Der Ordner … enthält keine Berichte.",
+     "Keine Datei des Ordners hat eine Namenserweiterung und in [UserSection] Version und "
+     "Referenzbeleg.",
+     kCheckOrder},
+    {kForesight,
+     "Von Version … der Referenz … führen mehrere Differenz-Dateien weiter; angewendet wird …",
+     "Mehrere Differenz-Dateien gehen von derselben Version aus. Angewendet wird die, die dem "
+     "Namen nach die erste ist.",
+     kKeepOneStep},
+    {kForesight,
+     "Die Differenz-Datei … wird nicht angewendet: Eine andere führt von ihrer alten Version "
+     "weiter.",
+     "Mehrere Differenz-Dateien gehen von derselben Version aus.", kKeepOneStep},
+    {kForesight,
+     "Gleiche Version … und Referenz …: …; beim Vergleich ergäben sie dieselbe Differenz-Datei.",
+     "Mehrere Berichte gehören zum selben Beleg. Konvertiert wird jeder für sich.",
+     "Beim Kunden ist nichts zu tun; der Hersteller gibt jedem Bericht einen eigenen "
+     "Referenzbeleg."},
+    {kForesight, "Die Differenz-Datei … passt zu nichts: Es gibt keinen Bericht der Referenz ….",
+     "Keiner der Berichte hat diese Referenz.",
+     "Es ist nichts zu tun, wenn dieser Bericht nicht benutzt wird; sonst den Referenzbeleg "
+     "prüfen."},
+    {kForesight, "Die Differenz-Datei … passt zu nichts: Kein Bericht kommt auf ihre alte Version.",
+     "Die Berichte dieser Referenz sind schon weiter, oder eine Differenz-Datei davor fehlt.",
+     "Ist eine Lücke gemeldet, die fehlende Differenz-Datei anfordern; sonst ist nichts zu tun."},
+    {kForesight, "Im Differenz-Ordner ist … dem Namen nach keine Differenz-Datei.",
+     "Der Name gleicht nicht 3_4Rechnung; die Datei wird übergangen.",
+     "Es ist nichts zu tun, außer wenn eine Differenz-Datei umbenannt wurde."},
+    {kForesight, "… ist kein Bericht: …",
+     "Der Datei fehlt, was dahinter genannt ist; sie wird übergangen.",
+     "Es ist nichts zu tun, wenn sie keiner sein soll; sonst den Namen oder Version und "
+     "Referenzbeleg in [UserSection] berichtigen."},
+
     // Questions and what deserves attention.
     {kWarnings,
      "Das BackUp-Verzeichnis … konnte nicht erstellt werden. Die Berichte werden ohne Sicherung "
@@ -207,6 +272,12 @@ constexpr auto kGuides = std::to_array<MessageGuide>({
     {kWarnings, "Im Sicherungsverzeichnis … gibt es keine Sicherungen.",
      "Der Ordner enthält keine Kopien von Berichten.",
      "Den Ordner und die Reihenfolge im Aufruf prüfen: erst die Sicherungen, dann die Berichte."},
+    {kWarnings, "Sicherungsordner und Berichtsordner können nicht beide … sein.",
+     "Beim Zurückholen ist derselbe Ordner zweimal genannt. Es ist nichts geschehen.",
+     "Erst den Ordner mit den Sicherungen nennen, dann den mit den Berichten."},
+    {kWarnings, "… konnte nicht zurückgeholt werden: …",
+     "Der Bericht ist schreibgeschützt oder geöffnet, oder die Rechte fehlen; er ist, wie er war.",
+     "Die genannte Ursache beseitigen und erneut zurückholen."},
     {kWarnings, "Die Differenz zu … konnte nicht nachgeprüft werden: …",
      "Beim Nachprüfen ist etwas gescheitert; die Differenz-Datei selbst ist geschrieben.",
      "Die genannte Ursache beseitigen und erneut vergleichen."},
@@ -333,6 +404,8 @@ std::string_view GroupTitle(MessageGroup group) {
       return "Dateien und Ordner";
     case kInside:
       return "Schritte im Inneren";
+    case kForesight:
+      return "Was vor einem Lauf auffällt";
     case kWarnings:
       return "Fragen und Hinweise";
     default:

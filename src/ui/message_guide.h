@@ -12,14 +12,15 @@
 namespace tessary {
 
 enum class MessageGroup {
-  kReports,   // what stands over the messages of a report
-  kChecks,    // files, folders and reports that do not fit
-  kFiles,     // reading, writing, backups
-  kInside,    // steps inside the work, which name the place of another message
-  kWarnings,  // questions and what deserves attention
-  kNumbers,   // descriptions of run-time errors
+  kReports,    // what stands over the messages of a report
+  kChecks,     // files, folders and reports that do not fit
+  kFiles,      // reading, writing, backups
+  kInside,     // steps inside the work, which name the place of another message
+  kForesight,  // what a check finds before a run
+  kWarnings,   // questions and what deserves attention
+  kNumbers,    // descriptions of run-time errors
 };
-inline constexpr int kMessageGroups = 6;
+inline constexpr int kMessageGroups = 7;
 
 struct MessageGuide {
   MessageGroup group;

@@ -108,6 +108,20 @@ TEST_F(ChangeJournalTest, CountsStandInSummaryJsonAndPage) {
   }
 }
 
+TEST_F(ChangeJournalTest, ThePageShowsWhatIsNewAndWhatIsGone) {
+  memory_.Put("/old/Rechnung.lst", ReportText(3, "Rechnung", {"[Layout]", "A=1", "Old=gone"}));
+  memory_.Put("/new/Rechnung.lst",
+              ReportText(4, "Rechnung", {"[Layout]", "A=1", "New=here", "[Object]", "LinkID=7"}));
+  memory_.Put("/rep/a.lst", memory_.Get("/old/Rechnung.lst"));
+  ASSERT_EQ(Run({"diff-folder", "/old", "/new", "/diff"}), kExitDone);
+  ASSERT_EQ(Convert({"--omit", "b.lst", "--html", "/p.html"}), kExitDone);
+  const std::string page = memory_.Get("/p.html");
+  for (const char* text : {"<bdi>neu: New=here</bdi>", "<bdi>gelöscht: Old=gone</bdi>",
+                           "<bdi>neu: [Object] 7</bdi>"}) {
+    EXPECT_NE(page.find(text), std::string::npos) << text;
+  }
+}
+
 TEST_F(ChangeJournalTest, AStepThatFailsHasChangedNothing) {
   memory_.SetReadOnly("/rep/a.lst");
   EXPECT_EQ(Convert({"--omit=b.lst"}), kExitFailed);

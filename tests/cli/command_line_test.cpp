@@ -72,6 +72,16 @@ const ErrorCase kErrorCases[] = {
     {{"convert-folder", "a", "b", "--omit"},
      "Der Option „--omit“ fehlt der Wert NAME.",
      "tessary help convert-folder"},
+    {{"convert-folder", "a", "b", "--omit=x", "--omit=", "--omit=y"},
+     "Der Option „--omit“ fehlt der Wert NAME.",
+     "tessary help convert-folder"},
+    {{"explain", ""},
+     "Für den Befehl „explain“ ist die Angabe MESSAGE leer.",
+     "tessary help explain"},
+    {{"restore", "a", "b", "c", ""},
+     "Für den Befehl „restore“ ist die Angabe NAME leer.",
+     "tessary help restore"},
+    {{"show", "--", ""}, "Für den Befehl „show“ ist die Angabe FILE leer.", "tessary help show"},
     {{"diff", "a", "b", "c", "--json=no"},
      "Die Option „--json“ hat keinen Wert.",
      "tessary help diff"},
@@ -95,6 +105,23 @@ TEST(CommandLine, ExplainsWrongUsageInGerman) {
   }
 }
 
+TEST(CommandLine, TakesNoEmptyOperand) {
+  for (const CommandSpec& command : AllCommands()) {
+    if (command.id == CommandId::kHelp) continue;  // which knows no such command
+    for (std::size_t operand = 0; operand < command.operands.size(); ++operand) {
+      Words arguments(command.operands.size() + 1, "x");
+      arguments[0] = command.name;
+      arguments[operand + 1].clear();
+      const ParsedCommandLine parsed = ParseCommandLine(arguments);
+      const UsageError* error = std::get_if<UsageError>(&parsed);
+      ASSERT_NE(error, nullptr) << command.name << " " << operand;
+      EXPECT_EQ(error->sentence, "Für den Befehl „" + std::string(command.name) +
+                                     "“ ist die Angabe " +
+                                     std::string(command.operands[operand].name) + " leer.");
+    }
+  }
+}
+
 struct LineCase {
   const char* name;
   Words arguments;
@@ -108,7 +135,6 @@ const LineCase kLineCases[] = {
      {"diff", "--json", "a", "b", "--quiet", "c"},
      CommandId::kDiff,
      {"a", "b", "c"}},
-    {"empty operands", {"diff", "", "", ""}, CommandId::kDiff, {"", "", ""}},
     {"blanks", {"diff", " ", "a b", " c "}, CommandId::kDiff, {" ", "a b", " c "}},
     {"named like commands",
      {"diff", "show", "diff", "help"},

@@ -112,13 +112,11 @@ bool IsStep(const std::string& text) {
 }
 
 TEST(MessageGuides, ExplainEveryMessageOfTheSources) {
-  std::vector<fs::path> sources = {Project() / "src/cli/run_notices.cpp"};
+  std::vector<fs::path> sources = {Project() / "src/cli/run_notices.cpp",
+                                   Project() / "src/cli/check_texts.cpp"};
   for (const char* folder : {"platform", "engine", "levels", "report", "manager"}) {
     for (const auto& entry : fs::recursive_directory_iterator(Project() / "src" / folder)) {
-      // The check of two folders explains what it finds itself.
-      if (entry.path().extension() == ".cpp" && entry.path().filename() != "folder_check.cpp") {
-        sources.push_back(entry.path());
-      }
+      if (entry.path().extension() == ".cpp") sources.push_back(entry.path());
     }
   }
   int messages = 0;
@@ -161,6 +159,16 @@ TEST(MessageGuides, AreFoundByTheirMessages) {
       {"Konvertierung des Berichts a.lst von Version 3 nach 4 fehlgeschlagen.",
        "Konvertierung des Berichts … fehlgeschlagen."},
       {"Zugriff verweigert", "Zugriff verweigert"},
+      {"Liesmich.txt ist kein Bericht: in [UserSection] fehlt Referenzbeleg.",
+       "… ist kein Bericht: …"},
+      {"Von Version 4 führt keine Differenz-Datei weiter; die nächste ist 5_6Rechnung.",
+       "Von Version … führt keine Differenz-Datei weiter…"},
+      {"Von Version 4 führt keine Differenz-Datei weiter.",
+       "Von Version … führt keine Differenz-Datei weiter…"},
+      {"Sicherungsordner und Berichtsordner können nicht beide /R sein.",
+       "Sicherungsordner und Berichtsordner können nicht beide … sein."},
+      {"a.lst aus ~a.lst.~1 konnte nicht zurückgeholt werden: Zugriff verweigert",
+       "… konnte nicht zurückgeholt werden: …"},
       {"Zugriff verweigert!", nullptr},
       {"Fehler", nullptr},
       {"", nullptr},
@@ -234,7 +242,7 @@ TEST_F(ExplainTest, ALineCopiedFromAProtocol) {
 }
 
 TEST_F(ExplainTest, SomethingUnknown) {
-  for (const char* wanted : {"Es regnet", "1", "99999999999", "0x", ""}) {
+  for (const char* wanted : {"Es regnet", "1", "99999999999", "0x", " "}) {
     EXPECT_EQ(Run({"explain", wanted}), kExitFailed) << wanted;
     EXPECT_EQ(console_.err, "tessary: Zu „" + std::string(wanted) + "“ gibt es keine Erklärung.\n");
   }
@@ -243,6 +251,21 @@ TEST_F(ExplainTest, SomethingUnknown) {
 TEST_F(ExplainTest, AllAsAPage) {
   EXPECT_EQ(Run({"explain"}), kExitDone);
   EXPECT_EQ(console_.out, MessagePage());
+}
+
+TEST_F(ExplainTest, TheProtocolPageLeadsFromWarningsToo) {
+  files_.Put("/rep/a.lst", SmallReport(3));
+  files_.PutFolder("/diff");
+  files_.Put("/diff/3_4Rechnung", "");
+  Run({"convert-folder", "/diff", "/rep", "--omit", "x.lst", "--html", "/p.html"});
+  const std::string message = "Zu --omit x.lst gibt es keine Datei im Berichtsordner.";
+  const MessageGuide* guide = FindMessageGuide(message);
+  ASSERT_NE(guide, nullptr);
+  const std::string page = files_.Get("/p.html");
+  EXPECT_NE(page.find("<bdi>" + message + "</bdi></div> <a class=\"why\" href=\"#" +
+                      AnchorOf(*guide) + "\">Was tun?</a>"),
+            std::string::npos);
+  EXPECT_NE(page.find("<dt id=\"" + AnchorOf(*guide) + "\">"), std::string::npos);
 }
 
 TEST_F(ExplainTest, TheProtocolPageLeadsFromEachMessageToItsExplanation) {

@@ -268,12 +268,6 @@ TEST_F(PageTest, WithoutBackupsTheLastStepNamesNone) {
             std::string::npos);
 }
 
-TEST_F(PageTest, AnEmptyPathIsSaidToBeMissing) {
-  EXPECT_EQ(Run({"convert", "", "/diff/3_4Rechnung"}), kExitFailed);
-  EXPECT_NE(console_.out.find("Verzeichnis für die Berichte aus:\n   (nicht angegeben)\n"),
-            std::string::npos);
-}
-
 TEST_F(PageTest, AComparisonHasItsOwnSteps) {
   EXPECT_EQ(Run({"diff", "/new/Rechnung.lst", "/old/Rechnung.lst", "/diff"}), kExitFailed);
   EXPECT_EQ(console_.out.find("Konvertierung"), std::string::npos);

@@ -99,11 +99,15 @@ TEST_F(TessaryTest, ConvertNamesAMissingReportByItsPathAndCountsItOnce) {
                 "0 Berichte konvertiert, 1 fehlgeschlagen\n");
 }
 
-TEST_F(TessaryTest, AnEmptyPathStaysEmpty) {
-  EXPECT_EQ(Run({"convert", "", "/diff/3_4Rechnung"}), kExitFailed);
-  EXPECT_EQ(OutputWithoutSteps(),
-            "FEHLER  Fehlende Pfadangabe für den zu konvertierenden Bericht.\n"
-            "0 Berichte konvertiert, 1 fehlgeschlagen\n");
+TEST_F(TessaryTest, AnEmptyPathIsWrongUsageBeforeAnythingHappens) {
+  PutReports({"a.lst"});
+  const auto before = files_.files();
+  EXPECT_EQ(Run({"convert-folder", "/diff", "", "--html", "/p.html"}), kExitWrongUsage);
+  EXPECT_EQ(console_.out, "");
+  EXPECT_EQ(console_.err,
+            "tessary: Für den Befehl „convert-folder“ ist die Angabe REPORTDIR leer.\n"
+            "Hilfe: tessary help convert-folder\n");
+  EXPECT_EQ(files_.files(), before);
 }
 
 TEST_F(TessaryTest, ConvertFolderNamesEveryReport) {
@@ -224,12 +228,11 @@ TEST_F(TessaryTest, InfoNamesVersionAndReference) {
   files_.Put("/b.txt", "");
   EXPECT_EQ(Run({"info", "/a.lst"}), kExitDone);
   EXPECT_EQ(console_.out, "/a.lst: Version 3, Referenz Rechnung\n");
-  EXPECT_EQ(Run({"info", "/b.txt", "/a.lst", "/c\xFF.lst", ""}), kExitFailed);
+  EXPECT_EQ(Run({"info", "/b.txt", "/a.lst", "/c\xFF.lst"}), kExitFailed);
   EXPECT_EQ(console_.out,
             "/b.txt: keine List & Label Berichtsdatei\n"
             "/a.lst: Version 3, Referenz Rechnung\n"
-            "/c\uFFFD.lst: keine List & Label Berichtsdatei\n"
-            ": keine List & Label Berichtsdatei\n");
+            "/c\uFFFD.lst: keine List & Label Berichtsdatei\n");
   EXPECT_EQ(Run({"info", "--quiet", "/b.txt", "/a.lst"}), kExitFailed);
   EXPECT_EQ(console_.out, "/b.txt: keine List & Label Berichtsdatei\n");
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/tessary.h"
+#include "platform/path.h"
 #include "support/fake_console.h"
 #include "support/json.h"
 #include "support/manager_test_base.h"
@@ -77,7 +78,9 @@ TEST_F(VerifyTest, ADifferenceThatALaterOneReplacesIsNotGood) {
   EXPECT_EQ(object["verification"][0]["failure"],
             "Die Differenz-Datei wurde durch die des Berichts b.lst ersetzt");
   EXPECT_FALSE(object["verification"][1].contains("failure"));
-  EXPECT_EQ(Compare({"--verify", "--strict"}), kExitFailed);
+  EXPECT_EQ(Compare({"--verify", "--strict", "--html", "/p.html"}), kExitFailed);
+  EXPECT_NE(files_.Get("/p.html").find("<bdi>a.lst (3_4Rechnung): nicht nachgeprüft</bdi>"),
+            std::string::npos);
   EXPECT_TRUE(
       Printed("Nicht nachgeprüft: a.lst (3_4Rechnung): Die Differenz-Datei wurde durch die "
               "des Berichts b.lst ersetzt.\n"))
@@ -116,6 +119,26 @@ TEST_F(VerifyTest, JsonAndPageHoldThePlaces) {
   EXPECT_FALSE(ParseJson(console_.out).contains("verification"));
 }
 
+TEST_F(VerifyTest, ThePageSaysWhatTheExitCodeSays) {
+  const auto has = [&](const char* text) {
+    return files_.Get("/p.html").find(text) != std::string::npos;
+  };
+  EXPECT_EQ(Compare({"--html", "/p.html"}), kExitDone);
+  EXPECT_FALSE(has("nachgebildet")) << "nothing was checked";
+  EXPECT_EQ(Compare({"--verify", "--html", "/p.html"}), kExitDone);
+  EXPECT_TRUE(has("<dt>Stellen nicht nachgebildet</dt><dd>2</dd>"));
+  EXPECT_TRUE(has("Ohne Fehler abgeschlossen."));
+  EXPECT_EQ(Compare({"--verify", "--strict", "--html", "/p.html"}), kExitFailed);
+  EXPECT_TRUE(
+      has("<p class=\"outcome error\">Verglichen, aber die neue Version wird nicht ganz "
+          "nachgebildet.</p>"));
+  EXPECT_EQ(Run({"diff", "/old/b.lst", "/new/b.lst", "/diff", "--verify", "--strict", "--html",
+                 "/p.html"}),
+            kExitDone);
+  EXPECT_TRUE(has("<dt>Stellen nicht nachgebildet</dt><dd>0</dd>"));
+  EXPECT_TRUE(has("Ohne Fehler abgeschlossen."));
+}
+
 TEST_F(VerifyTest, RestoreUndoesAConversion) {
   files_.Put("/rep/a.lst", files_.Get("/old/a.lst"));
   ASSERT_EQ(Compare({}), kExitDone);
@@ -133,6 +156,23 @@ TEST_F(VerifyTest, RestoreUndoesAConversion) {
   EXPECT_EQ(Run({"restore", "/repBak", "/rep", "x.lst", "a.lst"}), kExitFailed);
   EXPECT_TRUE(
       Printed("OK      a.lst ist schon auf diesem Stand\nFEHLER  Im Sicherungsverzeichnis "));
+}
+
+TEST_F(VerifyTest, RestoreNeedsTwoFolders) {
+  files_.Put("/rep/a.lst", SmallReport(3));
+  const auto before = files_.files();
+  for (const char* backups : {"/rep", "/rep/", "/x/../rep/."}) {
+    for (const Words& more : {Words{}, Words{"a.lst", "--dry-run", "--quiet"}}) {
+      Words arguments = {"restore", backups, "/rep"};
+      arguments.insert(arguments.end(), more.begin(), more.end());
+      EXPECT_EQ(Run(arguments), kExitWrongUsage) << backups;
+      EXPECT_EQ(console_.out, "");
+      EXPECT_EQ(console_.err, "tessary: Sicherungsordner und Berichtsordner können nicht beide " +
+                                  MakeAbsolute("/rep") + " sein.\n");
+    }
+  }
+  EXPECT_EQ(files_.files(), before);
+  EXPECT_EQ(Run({"restore", "/fehlt", "/fehlt"}), kExitWrongUsage) << "nor one that is not there";
 }
 
 TEST_F(VerifyTest, RestoreNamesAReportThatCannotBeWritten) {

@@ -210,6 +210,11 @@ TEST_F(FolderCheckTest, FilesThatCannotBeRead) {
   EXPECT_THAT(Check().reports[0].messages,
               ElementsAre(HasSubstr("Die Datei 3_4Rechnung ist in einem neueren Format")));
 
+  files_.Put("/diff/3_4Rechnung", "\r\n");
+  const FolderCheck empty = Check();
+  EXPECT_EQ(empty.reports[0].state, ChainState::kUnreadable);
+  EXPECT_THAT(empty.reports[0].messages, ElementsAre("Die Differenz-Datei 3_4Rechnung ist leer."));
+
   FailingFiles failing(files_);
   failing.FailCallsFrom(FileCall::kRead, 1, kDeviceError);
   EXPECT_THAT(CheckFolders(failing, "/diff", "/rep", nullptr).reports[0].messages,

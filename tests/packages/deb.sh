@@ -41,6 +41,16 @@ deb_completions_load() {
   zsh -n "$root/usr/share/zsh/vendor-completions/_tessary"
   fish --no-execute "$root/usr/share/fish/vendor_completions.d/tessary.fish"
 }
+# As the notice says to those who have changed the C library.
+deb_can_be_linked_anew() {
+  local line folder=$trial/linked
+  line=$(grep -o 'g++ -static-pie .*' "$root/usr/share/doc/tessary/copyright")
+  rm -rf "$folder"
+  cp -r --parents build/release/src/cli/CMakeFiles/tessary.dir/main.cpp.o build/release/src/{cli/,}*.a "$trial/"
+  mv "$trial/build/release" "$folder"
+  (cd "$folder" && $line)
+  use_command "$folder/tessary"
+}
 deb_is_removed() {
   on_system -P tessary
   [ -z "$(files_of)" ]
@@ -56,4 +66,5 @@ check "deb: man pages can be shown" deb_pages_are_right
 check "deb: completions load" deb_completions_load
 check "deb: completions and man pages say what the help says" \
   "$tests/help_agreement.py" "$root/usr/bin/tessary" "$root/usr"
+check "deb: its objects can be linked anew" deb_can_be_linked_anew
 check "deb: is removed without a rest" deb_is_removed

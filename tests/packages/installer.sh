@@ -135,8 +135,23 @@ installs_per_user() {
   not value "HKLM\\$uninstall" DisplayName
   not value 'HKLM\Software\Classes\Tessary.BXConvertLLMgr\CLSID'
 }
+# This Wine enters a user's interfaces for programs of the other kind among those of the machine, where
+# only the DLL that did so finds them again. It leaves them to the other DLL if that is still registered.
+drop_interfaces_of_the_machine() {
+  local key
+  for key in 'HKLM\Software\Classes\Interface' 'HKLM\Software\Classes\Wow6432Node\Interface'; do
+    timeout 60 wine reg query "$key" /s </dev/null 2>/dev/null | tr -d '\r' |
+      awk -v library="$1" '/^HKEY/ { key = $0 } index($0, library) { sub(/\\TypeLib$/, "", key); print key }'
+  done | while read -r key; do
+    timeout 60 wine reg delete "$key" /f </dev/null >/dev/null 2>&1
+  done
+}
 removes_per_user() {
+  local class library
+  class=$(value 'HKCU\Software\Classes\Tessary.BXConvertLLMgr\CLSID')
+  library=$(value "HKCU\\Software\\Classes\\CLSID\\$class\\TypeLib")
   remove HKCU by-hand
+  drop_interfaces_of_the_machine "$library"
   nothing_is_left
 }
 replaces_an_earlier_one() {

@@ -77,6 +77,9 @@ class FailingFiles : public FileSystem {
   }
   void RemoveLeftovers(const std::string& folder) override { inner_.RemoveLeftovers(folder); }
   std::string IdentityOf(const std::string& path) override { return inner_.IdentityOf(path); }
+  bool SameFolder(const std::string& a, const std::string& b) override {
+    return inner_.SameFolder(a, b);
+  }
   std::string ReadProfileString(const std::string& path, std::string_view section,
                                 std::string_view key) override;
 

@@ -184,6 +184,13 @@ class PosixFileSystem final : public FileSystem {
     return std::to_string(status.st_dev) + " " + std::to_string(status.st_ino);
   }
 
+  bool SameFolder(const std::string& a, const std::string& b) override {
+    if (FileSystem::SameFolder(a, b)) return true;
+    struct stat one;
+    struct stat other;
+    return StatusOf(a, one) && StatusOf(b, other) && S_ISDIR(one.st_mode) && SameFile(one, other);
+  }
+
   std::string ReadProfileString(const std::string& path, std::string_view section,
                                 std::string_view key) override {
     try {

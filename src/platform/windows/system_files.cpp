@@ -196,6 +196,15 @@ class WindowsFileSystem final : public FileSystem {
            std::to_string(std::uint64_t{file.info.nFileIndexHigh} << 32 | file.info.nFileIndexLow);
   }
 
+  bool SameFolder(const std::string& a, const std::string& b) override {
+    if (FileSystem::SameFolder(a, b)) return true;
+    if (!FolderExists(a) || !FolderExists(b)) return false;
+    OpenedFile folder{
+        TryOpen(NativePath(a), 0, kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS), {}};
+    return GetFileInformationByHandle(folder.handle.get(), &folder.info) &&
+           Names(NativePath(b), folder);
+  }
+
   void RemoveLeftovers(const std::string& folder) override {
     try {
       RemoveDeadFiles(NativePath(folder));

@@ -160,12 +160,11 @@ class PageWriter {
     html_.append("<li>");
     if (node.children.empty()) {
       WriteMarked(MarkOf(node.image), node.text, "div");
-      WriteHelp(node);
+      if (node.image == ProtocolImage::kWarning) WriteHelp(node.text);
     } else {
       html_.append("<details open><summary>");
       WriteMarked(MarkOf(node.image), node.text, "span");
       html_.append("</summary>\n");
-      WriteHelp(node);
       html_.append("<ul>\n");
       for (const std::size_t index : node.children) WriteNode(page_.tree.nodes()[index]);
       html_.append("</ul></details>");
@@ -174,9 +173,8 @@ class PageWriter {
   }
 
   // Leads from a message to what can be done about it.
-  void WriteHelp(const ProtocolNode& node) {
-    if (node.image != ProtocolImage::kWarning) return;
-    const MessageGuide* guide = FindMessageGuide(node.text);
+  void WriteHelp(std::string_view message) {
+    const MessageGuide* guide = FindMessageGuide(message);
     if (!guide) return;
     explained_.insert(guide);
     html_.append(" <a class=\"why\" href=\"#").append(AnchorOf(*guide));
@@ -249,6 +247,7 @@ class PageWriter {
     for (const std::string& warning : page_.warnings) {
       html_.append("<li>");
       WriteMarked({PageTone::kWarning, "Warnung"}, warning, "div");
+      WriteHelp(warning);
       html_.append("</li>\n");
     }
     for (const PageNames& files : page_.files) WriteNames(files);

@@ -197,6 +197,8 @@ TEST_F(BeforeAndAfterTest, RestoreTakesTheRunBack) {
 
   EXPECT_EQ(Run({"restore", "BerichteBak", "Berichte", "Mahnung.lst"}).exit_code, 1);
   EXPECT_EQ(Run({"restore", "BerichteBak"}).exit_code, 2);
+  std::filesystem::create_directory_symlink("Berichte", In("Verweis"));
+  EXPECT_EQ(Run({"restore", "Verweis", "Berichte"}).exit_code, 2);
   EXPECT_EQ(Run({"restore", "nirgends", "Berichte"}).exit_code, 1);
   EXPECT_EQ(FilesBelow(In("Berichte")), original);
 }

@@ -197,6 +197,9 @@ TEST_F(CommandTest, AVanishedCurrentFolderIsNoCrash) {
       {"/bin/sh", {"-c", script, "sh", "convert", "a.lst", "3_4A"}, {}, folder_ / "weg"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.out.find("Die Datei a.lst existiert nicht."), std::string::npos) << result.out;
+  EXPECT_NE(result.out.find("Verzeichnis für die Berichte aus:\n   (nicht angegeben)\n"),
+            std::string::npos)
+      << result.out;
 }
 
 }  // namespace

@@ -88,5 +88,20 @@ TEST_F(WriteChecksTest, AllNamesOfAFileHaveItsIdentity) {
   EXPECT_EQ(identity("none"), "");
 }
 
+TEST_F(WriteChecksTest, AllNamesOfAFolderAreTheSameFolder) {
+  fs::create_directory_symlink("sub", folder_ / "link");
+  fs::create_directory(folder_ / "other");
+  const auto same = [&](const char* a, const char* b) {
+    return files_.SameFolder(folder_ / a, folder_ / b);
+  };
+  EXPECT_TRUE(same("sub", "sub/"));
+  EXPECT_TRUE(same("sub", "link"));
+  EXPECT_FALSE(same("sub", "other"));
+  EXPECT_FALSE(same("sub", "none"));
+  EXPECT_TRUE(same("none", "none"));
+  fs::create_hard_link(folder_ / "a.lst", folder_ / "hard");
+  EXPECT_FALSE(same("a.lst", "hard")) << "files";
+}
+
 }  // namespace
 }  // namespace tessary

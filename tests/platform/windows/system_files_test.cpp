@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <random>
 
@@ -108,6 +109,20 @@ TEST_F(SystemFilesTest, TellsFilesFromFolders) {
     EXPECT_EQ(files_.FileExists(row.path), row.is_file) << row.path;
     EXPECT_EQ(files_.FolderExists(row.path), row.is_folder) << row.path;
   }
+}
+
+TEST_F(SystemFilesTest, KnowsAFolderByEveryName) {
+  const std::string folder = folder_.path();
+  std::string capitals = folder;
+  std::transform(capitals.begin(), capitals.end(), capitals.begin(), [](char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  });
+  EXPECT_TRUE(files_.SameFolder(folder, folder + "\\"));
+  EXPECT_TRUE(files_.SameFolder(folder, capitals));
+  EXPECT_FALSE(files_.SameFolder(folder, folder + "\\.."));
+  EXPECT_FALSE(files_.SameFolder(folder, folder_ / "none"));
+  files_.CreateFolder(folder_ / "other");
+  EXPECT_FALSE(files_.SameFolder(folder, folder_ / "other"));
 }
 
 TEST_F(SystemFilesTest, ListsFilesInOrder) {
