@@ -57,6 +57,10 @@ Arguments SplitArguments(const std::vector<std::string>& arguments) {
   return result;
 }
 
+bool Contains(const std::vector<std::string>& arguments, std::string_view argument) {
+  return std::find(arguments.begin(), arguments.end(), argument) != arguments.end();
+}
+
 void Declare(const OptionSpec& spec, CLI::App& command) {
   const std::string name(spec.name);
   if (spec.IsFlag()) {
@@ -68,13 +72,16 @@ void Declare(const OptionSpec& spec, CLI::App& command) {
   if (spec.repeatable) option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
-void Declare(CLI::App& app) {
+// Only commands that an argument names can be meant. Declaring the others too would take longer
+// than all the rest of a short run.
+void Declare(CLI::App& app, const Arguments& arguments) {
   app.set_help_flag("-h,--help");
   app.set_version_flag("--version", "");
   app.allow_windows_style_options(false);
   app.allow_extras();
   app.require_subcommand(0, 1);
   for (const CommandSpec& spec : AllCommands()) {
+    if (!Contains(arguments.parsed, spec.name)) continue;
     CLI::App* command = app.add_subcommand(std::string(spec.name));
     for (const OptionSpec& option : spec.options) Declare(option, *command);
   }
@@ -238,7 +245,7 @@ ParsedCommandLine Understand(const CLI::App& app, const Arguments& arguments) {
 ParsedCommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
   const Arguments split = SplitArguments(arguments);
   CLI::App app;
-  Declare(app);
+  Declare(app, split);
   try {
     std::vector<std::string> reversed(split.parsed.rbegin(), split.parsed.rend());
     app.parse(std::move(reversed));
