@@ -1,6 +1,7 @@
 // The four operations: the manager does the work, and what it left in the result log is printed
 // as text or JSON, and written as a page where one is wanted.
 
+#include <algorithm>
 #include <optional>
 #include <set>
 
@@ -16,6 +17,8 @@
 #include "cli/run_summary.h"
 #include "cli/tessary.h"
 #include "manager/convert_ll_mgr.h"
+#include "platform/failure.h"
+#include "platform/heap.h"
 #include "platform/overlay_files.h"
 #include "platform/path.h"
 #include "ui/console/console_user_interface.h"
@@ -209,11 +212,26 @@ bool ResultFilesAreWritable(const CommandLine& line, const CommandSurroundings& 
          ResultFilesDiffer(line, around);
 }
 
+// A single report would be done by the time the heap has grown piece by piece; in a folder the
+// first reports do that for all. Both passes take somewhat more than this.
+void PrepareHeapFor(const CommandLine& line, FileSystem& files) {
+  constexpr std::size_t kBytesPerByte = 8;
+  constexpr std::size_t kMostBytes = std::size_t{4} << 20;
+  if (line.command != CommandId::kDiff && line.command != CommandId::kConvert) return;
+  try {
+    const std::size_t size = files.OpenForReading(OperandPath(line, 0))->SizeHint();
+    PrepareHeap(std::min(size, kMostBytes / kBytesPerByte) * kBytesPerByte);
+  } catch (const Failure&) {
+    // The operation itself tells of it.
+  }
+}
+
 }  // namespace
 
 int RunOperation(const CommandLine& line, const CommandSurroundings& around) {
   // Without a place for what is asked for nothing shall have happened.
   if (!ResultFilesAreWritable(line, around)) return kExitWrongUsage;
+  PrepareHeapFor(line, around.files);
   OverlayFiles trial(around.files);
   FileSystem& files = line.dry_run ? static_cast<FileSystem&>(trial) : around.files;
   return OperationRun(line, around, files).Run();
