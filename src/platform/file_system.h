@@ -29,7 +29,7 @@ class FileReader {
 class FileReplacement {
  public:
   virtual ~FileReplacement() = default;
-  // Appends to the new contents.
+  // Appends to the new contents, in large pieces as they may be written one by one.
   virtual void Write(std::string_view bytes) = 0;
   // For a file that can be made again: Commit still brings the new contents to the disk first, but
   // does not wait until the disk knows of the exchange. A power cut right after may leave the old

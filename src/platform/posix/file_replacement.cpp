@@ -45,24 +45,19 @@ enum class Becomes {
 class TemporaryReplacement final : public PosixReplacement {
  public:
   TemporaryReplacement(std::string target, std::unique_ptr<TemporaryFile> file, Becomes becomes)
-      : target_(std::move(target)), file_(std::move(file)), becomes_(becomes) {
-    buffer_.reserve(kBufferSize);
-  }
+      : target_(std::move(target)), file_(std::move(file)), becomes_(becomes) {}
 
+  // Once a part of the contents is lost there is nothing left to commit.
   void Write(std::string_view bytes) override {
-    if (buffer_.size() + bytes.size() > kBufferSize) WriteBuffer();
-    if (bytes.size() >= kBufferSize) {
-      WriteOut(bytes);
-    } else {
-      buffer_.append(bytes);
-    }
+    usable_ = false;
+    WriteAll(file_->fd(), bytes);
+    usable_ = true;
   }
 
   void SetReproducible() override { reproducible_ = true; }
 
   void Commit() override {
     if (!usable_) throw Failure(kInvalidCall);
-    WriteBuffer();
     usable_ = false;
     if (copied_status_) CopyChangeTime(*copied_status_, file_->fd());
     Flush(file_->fd());
@@ -82,8 +77,6 @@ class TemporaryReplacement final : public PosixReplacement {
   }
 
  private:
-  static constexpr std::size_t kBufferSize = std::size_t{256} << 10;
-
   // The new contents are in place by now: calling that a failure would be wrong, and after a power
   // cut the name stands for the old contents or the new. Only a copy must be there for certain
   // before what it saves may change.
@@ -96,24 +89,11 @@ class TemporaryReplacement final : public PosixReplacement {
     }
   }
 
-  void WriteBuffer() {
-    WriteOut(buffer_);
-    buffer_.clear();
-  }
-
-  // Once a part of the contents is lost there is nothing left to commit.
-  void WriteOut(std::string_view bytes) {
-    usable_ = false;
-    WriteAll(file_->fd(), bytes);
-    usable_ = true;
-  }
-
   std::string target_;
   std::unique_ptr<TemporaryFile> file_;
   Becomes becomes_;
   bool usable_ = true;
   bool reproducible_ = false;
-  std::string buffer_;
   std::optional<struct stat> copied_status_;
 };
 

@@ -21,7 +21,7 @@ namespace tessary {
 
 namespace {
 
-constexpr std::size_t kBlockSize = std::size_t{64} << 10;
+constexpr std::size_t kBlockSize = std::size_t{256} << 10;
 
 bool StatusOf(const std::string& path, struct stat& status) {
   return path.find('\0') == std::string::npos && stat(path.c_str(), &status) == 0;
@@ -60,9 +60,9 @@ class PosixFolderLock final : public FolderLock {
 // Writes what `source` holds, with the status that its copy gets, and commits nothing.
 void CopyInto(PosixReplacement& copy, const OpenedFile& source) {
   copy.CopyStatus(source.status);
-  std::string block(kBlockSize, '\0');
-  while (const std::size_t size = ReadSome(source.fd.get(), block.data(), block.size()))
-    copy.Write(std::string_view(block).substr(0, size));
+  const auto block = std::make_unique_for_overwrite<char[]>(kBlockSize);
+  while (const std::size_t size = ReadSome(source.fd.get(), block.get(), kBlockSize))
+    copy.Write(std::string_view(block.get(), size));
 }
 
 // False when there is such a file by now.
