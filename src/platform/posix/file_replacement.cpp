@@ -176,13 +176,14 @@ std::optional<std::string> RealPath(const std::string& path) {
 std::string ResolveTarget(std::string path) {
   constexpr int kMostLinks = 40;
   for (int i = 0; i < kMostLinks; ++i) {
-    if (auto existing = RealPath(path)) return *std::move(existing);
-    if (path.ends_with(kPathSeparator)) throw Failure(kPathNotFound);
-    const auto folder = RealPath(FolderHolding(path));
-    if (!folder) throw Failure(kPathNotFound);
-    std::string missing = JoinPath(*folder, FileNameOf(path));
-    auto next = LinkTarget(missing);
-    if (!next) return missing;
+    const std::string name = FileNameOf(path);
+    const bool is_folder = path.ends_with(kPathSeparator) || name == "." || name == "..";
+    auto resolved = RealPath(is_folder ? path : FolderHolding(path));
+    if (!resolved) throw Failure(kPathNotFound);
+    if (is_folder) return *std::move(resolved);
+    std::string target = JoinPath(*resolved, name);
+    auto next = LinkTarget(target);
+    if (!next) return target;
     path = *std::move(next);
   }
   throw Failure(kBadFileName);
