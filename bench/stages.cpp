@@ -228,8 +228,8 @@ std::int64_t AllLines(const Ref<EngineContext>& context, const Ref<ElementTable>
   BXReportFile store(context);
   store.SetReportFile(tree);
   std::string lines;
-  bool more = store.AppendFirstLine(lines);
-  while (more) more = store.AppendNextLine(lines.append("\r\n"));
+  bool more = store.AppendFirstBlock(lines);
+  while (more) more = store.AppendNextBlock(lines.append("\r\n"));
   return static_cast<std::int64_t>(lines.size());
 }
 
