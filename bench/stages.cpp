@@ -205,7 +205,7 @@ void Search(benchmark::State& state) {
   const auto prepare = [](const Sample& sample, const Ref<EngineContext>& context) {
     Ref<ElementTable> table = sample.Read(context, "/old.lst");
     if (table->rows() > 2) return table;
-    return table->Row(table->rows()).child->ElementArray();
+    return context->ChildOf(*table, table->rows())->ElementArray();
   };
   Measure(state, prepare,
           [](const Sample&, const Ref<EngineContext>&, const Ref<ElementTable>& table) {

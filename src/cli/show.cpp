@@ -9,13 +9,14 @@ namespace {
 
 constexpr std::size_t kIndentPerLevel = 2;
 
-void PrintElements(const Ref<ElementTable>& elements, std::size_t depth, Output& output) {
+void PrintElements(EngineContext& context, const Ref<ElementTable>& elements, std::size_t depth,
+                   Output& output) {
   if (!elements) return;
   for (std::int32_t row = 1; row <= elements->rows(); ++row) {
     const Element& element = elements->Row(row);
     output.Line(std::string(kIndentPerLevel * depth, ' ') +
                 Printable(ElementText(element, elements->pool())));
-    if (element.child) PrintElements(element.child->ElementArray(), depth + 1, output);
+    PrintElements(context, context.ContentsOf(element), depth + 1, output);
   }
 }
 
@@ -23,7 +24,7 @@ void PrintElements(const Ref<ElementTable>& elements, std::size_t depth, Output&
 
 int RunShow(const CommandLine& line, const CommandSurroundings& around) {
   return WithReports(around, [&](const Ref<EngineContext>& context) {
-    PrintElements(ReadForCommand(around, context, AbsolutePath(line.operands[0])), 0,
+    PrintElements(*context, ReadForCommand(around, context, AbsolutePath(line.operands[0])), 0,
                   around.output);
   });
 }

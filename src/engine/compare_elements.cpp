@@ -26,21 +26,21 @@ Symbol KeyAt(const Ref<ElementTable>& array, std::int32_t row) {
   return row > array->rows() ? Symbol::kEmpty : array->Row(row).key[bxeaKey];
 }
 
-// True for elements of the same value that have a child level each which nobody has used. Nearly
-// all pairs are like this.
+// True for an element whose child level nobody has used and nobody needs to.
+bool HasEmptyChild(const Element& element) {
+  return element.pending_child != Element::kNoChild && element.unread().empty();
+}
+
+// Nearly all pairs are like this.
 bool IsSameProperty(const Element& a, const Element& b) {
-  return a.pending_child != Element::kNoChild && b.pending_child != Element::kNoChild &&
-         EqualsIgnoreCase(a.value(), b.value());
+  return HasEmptyChild(a) && HasEmptyChild(b) && EqualsIgnoreCase(a.value(), b.value());
 }
 
 // True for sections whose contents nobody has read and need not be read, as comparing them would
 // find each element again.
 bool IsSameSection(const Element& a, const Element& b) {
-  if (!a.child || !b.child) return false;
-  const std::string_view lines = a.child->UnreadLines();
-  return !lines.empty() && lines == b.child->UnreadLines() &&
-         EqualsIgnoreCase(a.value(), b.value()) &&
-         HasDistinctElements(lines, a.child->ClassNumber());
+  return !a.unread().empty() && a.unread() == b.unread() &&
+         HasDistinctElements(a.unread(), a.pending_child);
 }
 
 bool IsSame(const Element& a, const Element& b) {
@@ -58,10 +58,7 @@ std::int32_t RowsOf(const Ref<ElementTable>& array) {
 void BXLevelBasis::Record(const Element& element, BXStatus status) {
   Element recorded = element;
   recorded.status = static_cast<std::int8_t>(status);
-  if (status == bxsDelete) {
-    recorded.child = nullptr;
-    recorded.pending_child = Element::kNoChild;
-  }
+  if (status == bxsDelete) recorded.set_child(nullptr);
   AddElement(std::move(recorded));
 }
 
@@ -74,7 +71,7 @@ bool BXLevelBasis::CheckForAddingAllElements(const Ref<ElementTable>& aOldElemen
     if (!all_deleted && !IsArrayEmpty(aOldElement)) return false;
     const Ref<ElementTable>& source = all_deleted ? aOldElement : aNewElement;
     std::vector<Element> taken;
-    for (std::int32_t row = 1; row <= RowsOf(source); ++row) taken.push_back(source->Row(row));
+    for (std::int32_t row = 1; row <= RowsOf(source); ++row) taken.push_back(Read(*source, row));
     source->DeleteAll();
     for (Element& element : taken) {
       context_->Yield();
@@ -193,8 +190,7 @@ void BXLevelBasis::CompareElements(const Ref<ElementTable>& aOldElement,
       } else if (IsSame(aOldElement->Row(old_row), aNewElement->Row(row))) {
         PassUnchanged();
       } else {
-        ComparePair(Element(aOldElement->Row(old_row)), Element(aNewElement->Row(row)),
-                    child_class);
+        ComparePair(Read(*aOldElement, old_row), Read(*aNewElement, row), child_class);
       }
     }
   });

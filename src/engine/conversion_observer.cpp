@@ -6,10 +6,6 @@
 namespace tessary {
 namespace {
 
-Ref<ElementTable> Inside(const Element& difference) {
-  return difference.child ? difference.child->ElementArray() : nullptr;
-}
-
 BXStatus StatusOf(const Element& difference) { return static_cast<BXStatus>(difference.status); }
 
 }  // namespace
@@ -21,6 +17,10 @@ std::string LabelOf(const ElementTexts& element) {
   }
   if (!element.typ.empty()) text.append(" ").append(element.typ);
   return text;
+}
+
+Ref<ElementTable> DifferenceTelling::Inside(const Element& difference) const {
+  return context_.ContentsOf(difference);
 }
 
 ElementTexts DifferenceTelling::TextsOf(const Element& element) const {

@@ -52,8 +52,8 @@ class ConversionObserver {
 // The engine's way to speak to an observer; does nothing where there is none.
 class DifferenceTelling {
  public:
-  explicit DifferenceTelling(const EngineContext& context)
-      : observer_(context.observer()), pool_(*context.pool()) {}
+  explicit DifferenceTelling(EngineContext& context)
+      : context_(context), observer_(context.observer()), pool_(*context.pool()) {}
 
   void Enter(const Element& element) const {
     if (observer_) observer_->Enter(TextsOf(element));
@@ -84,6 +84,9 @@ class DifferenceTelling {
   void TellInsideSkipped(const Element& difference, SkipReason reason) const;
   void TellPropertyUpdated(const Element& difference, std::string_view old_value) const;
 
+  Ref<ElementTable> Inside(const Element& difference) const;
+
+  EngineContext& context_;
   ConversionObserver* observer_;
   const TextPool& pool_;
 };

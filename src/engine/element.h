@@ -63,22 +63,47 @@ struct Element {
   static constexpr std::int8_t kNoChild = -1;
 
   ElementKey key;
-  const char* value_text = nullptr;
-  std::uint32_t value_size = 0;
+  Ref<Level> child;
   std::int8_t status = bxsUnknown;
   std::int8_t pending_child = kNoChild;
   bool line_id_due = false;  // a table line whose "LineID" does not yet state the number in its key
-  Ref<Level> child;
 
-  std::string_view value() const { return {value_text, value_size}; }
-  // Raises Failure 7 for a text whose size does not fit.
+  bool HasChild() const { return child || pending_child != kNoChild; }
+  // No text while the contents are unread.
+  std::string_view value() const { return unread_ ? std::string_view() : text(); }
+  // Not while the contents are unread, which raises Failure 5; 7 for a text whose size does not
+  // fit.
   void set_value(std::string_view kept) {
+    if (unread_) throw Failure(kInvalidCall);
+    set_text(kept);
+  }
+
+  // The lines of a file that the pending child level will read when it comes into being; empty
+  // where there are none.
+  std::string_view unread() const { return unread_ ? text() : std::string_view(); }
+  // For a section of a file, which has no value and whose child level is pending.
+  void set_unread(std::string_view lines) {
+    set_text(lines);
+    unread_ = true;
+  }
+  // Null: without a child level from now on.
+  void set_child(Ref<Level> level);
+
+ private:
+  std::string_view text() const { return {text_, text_size_}; }
+  void set_text(std::string_view kept) {
     const auto size = static_cast<std::uint32_t>(kept.size());
     if (size != kept.size()) throw Failure(kOutOfMemory);
-    value_text = kept.data();
-    value_size = size;
+    text_ = kept.data();
+    text_size_ = size;
   }
-  bool HasChild() const { return child || pending_child != kNoChild; }
+
+  // The value of a property, or the unread lines of a section. Large reports have very many
+  // elements, so the order of the members leaves no gaps.
+  bool unread_ = false;
+  std::uint32_t text_size_ = 0;
+  const char* text_ = nullptr;
 };
+static_assert(sizeof(void*) != 8 || sizeof(Element) == 64);
 
 }  // namespace tessary

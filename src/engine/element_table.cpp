@@ -97,7 +97,7 @@ void ElementTable::Delete(std::int32_t row) {
   }
   if (index_) index_->Erased(static_cast<std::uint32_t>(slot));
   Edit().Erase(static_cast<std::uint32_t>(row - 1));
-  slots_[slot].child = nullptr;
+  slots_[slot].set_child(nullptr);
 }
 
 void ElementTable::DeleteAll() {
@@ -163,9 +163,7 @@ void ElementTable::SetStatus(std::int32_t row, BXStatus status) {
 }
 
 void ElementTable::SetChild(std::int32_t row, Ref<Level> child) {
-  Element& element = slots_[Slot(row)];
-  element.child = std::move(child);
-  element.pending_child = Element::kNoChild;
+  slots_[Slot(row)].set_child(std::move(child));
 }
 
 void ElementTable::Settle() {

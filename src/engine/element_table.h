@@ -56,6 +56,8 @@ class ElementTable : public RefCounted {
   void SetStatus(std::int32_t row, BXStatus status);
   // Null: the row has no child level from now on.
   void SetChild(std::int32_t row, Ref<Level> child);
+  // See Element::set_unread; the lines must live as long as the pool.
+  void SetUnread(std::int32_t row, std::string_view lines) { slots_[Slot(row)].set_unread(lines); }
 
   // The row of the best match, see FindElement; 0 when there is none.
   std::int32_t Find(const ElementKey& wanted) const;

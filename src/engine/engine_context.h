@@ -39,12 +39,19 @@ class EngineContext : public RefCounted {
   // Takes over an array that nobody else holds as a rule, and lets go of it. Arrays that go with it
   // wait for their turn instead of nesting calls as deep as levels are nested.
   void Bury(Ref<ElementTable> array) noexcept;
-  // The child level of a row, which comes into being here where it was only noted so far.
+  // The child level of a row, which comes into being here where it was only noted so far, and reads
+  // the row's unread lines.
   Ref<Level> ChildOf(ElementTable& array, std::int32_t row);
+  Ref<Level> ChildOf(Element& element);
+  // The elements inside an element, none where its child level has not been used; a level that
+  // reads unread lines for that is not kept.
+  Ref<ElementTable> ContentsOf(const Element& element);
 
  private:
   friend class Descent;
   static constexpr int kDeepest = 200;  // reports have ten levels
+
+  Ref<Level> NewChild(const Element& element);
 
   Ref<TextPool> pool_ = MakeRef<TextPool>();
   SharedErrors& errors_;

@@ -14,6 +14,13 @@ constexpr std::string_view kClassPrefix = "Tessary.BXLevel";
 
 }  // namespace
 
+void Element::set_child(Ref<Level> level) {
+  child = std::move(level);
+  pending_child = kNoChild;
+  if (unread_) set_text({});
+  unread_ = false;
+}
+
 int LevelClassNumber(std::string_view class_identifier) {
   const bool fits = class_identifier.size() == kClassPrefix.size() + 1 &&
                     EqualsIgnoreCase(class_identifier.substr(0, kClassPrefix.size()), kClassPrefix);
@@ -41,12 +48,28 @@ void EngineContext::Bury(Ref<ElementTable> array) noexcept {
   burying_ = false;
 }
 
+Ref<Level> EngineContext::NewChild(const Element& element) {
+  Ref<Level> child = CreateLevel(element.pending_child);
+  if (!element.unread().empty()) child->ReadLines(element.unread());
+  return child;
+}
+
 Ref<Level> EngineContext::ChildOf(ElementTable& array, std::int32_t row) {
   const Element& element = array.Row(row);
   if (element.child || !element.HasChild()) return element.child;
-  Ref<Level> child = CreateLevel(element.pending_child);
+  Ref<Level> child = NewChild(element);
   array.SetChild(row, child);
   return child;
+}
+
+Ref<Level> EngineContext::ChildOf(Element& element) {
+  if (!element.child && element.HasChild()) element.set_child(NewChild(element));
+  return element.child;
+}
+
+Ref<ElementTable> EngineContext::ContentsOf(const Element& element) {
+  if (element.child) return element.child->ElementArray();
+  return element.unread().empty() ? nullptr : NewChild(element)->ElementArray();
 }
 
 }  // namespace tessary

@@ -6,6 +6,7 @@
 #include "engine/element.h"
 #include "engine/ref.h"
 #include "engine/write_table.h"
+#include "platform/failure.h"
 
 namespace tessary {
 
@@ -102,9 +103,9 @@ class Level : public RefCounted {
   // or null. Must outlive this object or be taken back.
   virtual void SetInsertionObserver(BeforeInsertHandler* observer) = 0;
 
-  // The lines of a file that the elements of this level will be made of when they are asked for;
-  // empty where there are none or they have been.
-  virtual std::string_view UnreadLines() const { return {}; }
+  // Adds the elements of a section's lines in a file, which are well nested, have no status, and
+  // live as long as the context's texts. Only for an empty list of a level class; Failure 5 else.
+  virtual void ReadLines(std::string_view) { throw Failure(kInvalidCall); }
 
   // 0 to 9 for the level classes, kNoLevelClass for the engine class by itself.
   static constexpr int kNoLevelClass = -1;

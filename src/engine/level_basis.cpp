@@ -30,16 +30,16 @@ void BXLevelBasis::Add(const AddArguments& arguments, const Property& texts,
 void BXLevelBasis::AddAsRead(const Property& texts, std::int8_t pending_child) {
   Element element;
   SetTexts(element, texts);
-  AppendAsRead(std::move(element), pending_child);
+  AppendReadElement(std::move(element), pending_child);
 }
 
 void BXLevelBasis::AddAsRead(const ElementKey& identity, std::int8_t pending_child) {
   Element element;
   element.key = identity;
-  AppendAsRead(std::move(element), pending_child);
+  AppendReadElement(std::move(element), pending_child);
 }
 
-void BXLevelBasis::AppendAsRead(Element&& element, std::int8_t pending_child) {
+void BXLevelBasis::AppendReadElement(Element&& element, std::int8_t pending_child) {
   element.pending_child = pending_child;
   ElementTable& array = Array();
   FollowLast(element);
@@ -123,7 +123,13 @@ Ref<Level> BXLevelBasis::LastElement() {
 // The element array of an element's child level. A child that nobody has used has none yet.
 Ref<ElementTable> BXLevelBasis::ChildArrayOf(const Element& element) const {
   if (!element.HasChild()) throw Failure(kObjectNotSet);
-  return element.child ? element.child->ElementArray() : nullptr;
+  return context_->ContentsOf(element);
+}
+
+// A row of which nothing is unread any more.
+Element BXLevelBasis::Read(ElementTable& array, std::int32_t row) const {
+  if (!array.Row(row).unread().empty()) ChildOf(array, row);
+  return array.Row(row);
 }
 
 bool BXLevelBasis::GetFoundFieldValue(FoundField& field) {

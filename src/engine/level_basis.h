@@ -89,7 +89,8 @@ class BXLevelBasis final : public Level {
   void SetTexts(Element& element, const Property& texts) const;
   void AddElement(Element&& element);
   void CheckValuesAround(Element& element);
-  void AppendAsRead(Element&& element, std::int8_t pending_child);
+  void AppendReadElement(Element&& element, std::int8_t pending_child);
+  Element Read(ElementTable& array, std::int32_t row) const;
   void FollowLast(Element& element);
   void NumberRun(std::int32_t last, Element& element);
   Ref<Level> ChildOf(ElementTable& array, std::int32_t row) const {

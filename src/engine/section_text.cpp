@@ -20,6 +20,7 @@ constexpr std::int32_t kVariableLevel = 1;
 constexpr std::int32_t kColumnLevel = 7;
 
 constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::size_t kFullBlock = 4096;
 
 void Move(std::int32_t& level, std::int32_t by) {
   const std::int64_t moved = std::int64_t{level} + by;
@@ -57,11 +58,12 @@ bool IsPropertyAsWritten(std::string_view line, std::int32_t level) {
 }
 
 // The properties of `level` at the beginning of the text, as far as they stand there just as they
-// would be written, with their line ends.
+// would be written, with their line ends; many lines are more than one block, since messages are
+// handled between blocks.
 std::string_view BlockAt(std::string_view text, std::int32_t level) {
   const std::string_view space = LevelSpace(level);
   std::size_t size = 0;
-  for (;;) {
+  while (size < kFullBlock) {
     const std::string_view line = text.substr(size, text.find('\n', size) + 1 - size);
     if (!line.starts_with(space) || !line.ends_with(kLineEnd)) break;
     const std::string_view inner =

@@ -3,6 +3,7 @@
 
 #include "engine/diff_text.h"
 #include "engine/level_basis.h"
+#include "engine/section_text.h"
 #include "platform/text.h"
 #include "report/line_syntax.h"
 
@@ -19,6 +20,10 @@ void BXLevelBasis::PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t lngLevel
       context_->Yield();
       const Element& element = m_aElement->Row(row);
       WriteElement(element, lngLevel, *aWrite);
+      if (!element.unread().empty()) {
+        if (AppendAsRead(element.unread(), element.pending_child, *aWrite)) continue;
+        ChildOf(*m_aElement, row);
+      }
       if (element.child) element.child->PrepareWriting(aWrite, 0);
     }
   });

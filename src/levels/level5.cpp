@@ -15,8 +15,10 @@ namespace tessary {
 namespace {
 
 // Writes a line's number into the first "LineID" among its properties, if there is one.
-void SetLineID(const Element& line, const TextPool& pool) {
+void SetLineID(Element& line, EngineContext& context) {
+  if (!line.unread().empty()) context.ChildOf(line);
   if (!line.child) return;
+  const TextPool& pool = *context.pool();
   const Ref<ElementTable> properties = line.child->ElementArray();
   if (IsArrayEmpty(properties)) return;
   for (std::int32_t row = 1; row <= properties->rows(); ++row) {
@@ -84,7 +86,7 @@ void BXLevel5::WriteLineIDs() {
   const Ref<ElementTable> lines = Elements();
   if (IsArrayEmpty(lines)) return;
   lines->ChangeFrom(1, [&](Element& line) {
-    if (line.line_id_due) SetLineID(line, pool());
+    if (line.line_id_due) SetLineID(line, basis().context());
     line.line_id_due = false;
   });
 }

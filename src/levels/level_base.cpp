@@ -1,6 +1,5 @@
 #include "levels/level_base.h"
 
-#include "engine/section_text.h"
 #include "levels/section_reader.h"
 
 namespace tessary {
@@ -26,10 +25,7 @@ LevelBase::LevelBase(const Ref<EngineContext>& context, int number)
   m_objBasis.SetLevelClassName(kClassNames[static_cast<std::size_t>(number)]);
 }
 
-void LevelBase::Read() {
-  if (unread_.empty()) return;
-  ReadSection(*this, std::exchange(unread_, {}));
-}
+void LevelBase::ReadLines(std::string_view lines) { ReadSection(*this, lines); }
 
 void LevelBase::AddAsRead(std::string_view line, BXLineType type) {
   const Property texts = type == bxltSection ? Property{line, line, {}} : SplitProperty(line);
@@ -40,10 +36,7 @@ void LevelBase::AddAsRead(const ElementKey& identity) {
   m_objBasis.AddAsRead(identity, static_cast<std::int8_t>(ChildClass()));
 }
 
-LevelBase& LevelBase::ChildOfLast() { return static_cast<LevelBase&>(*m_objBasis.LastElement()); }
-
 void LevelBase::Add(const AddArguments& arguments) {
-  Read();
   InProcedure("BXLevelBasis_Add").Run([&] {
     Property texts{arguments.strName, arguments.strKey, arguments.strValue};
     if (arguments.bxltLineType == bxltSection && texts.strKey.empty()) {
@@ -76,8 +69,6 @@ void LevelBase::CheckMissing(const Ref<ElementTable>& aOldElement,
 }
 
 void LevelBase::PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t) {
-  if (!unread_.empty() && aWrite && AppendAsRead(unread_, number_, *aWrite)) return;
-  Read();
   UpdateBeforeWriting();
   m_objBasis.PrepareWriting(aWrite, number_);
 }

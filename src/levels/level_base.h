@@ -19,17 +19,10 @@ class LevelBase : public Level {
  public:
   void Add(const AddArguments& arguments) override;
   void SetElementArray(Ref<ElementTable> array) override {
-    unread_ = {};
     m_objBasis.SetElementArray(std::move(array));
   }
-  Ref<ElementTable> ElementArray() override {
-    Read();
-    return m_objBasis.ElementArray();
-  }
-  Ref<Level> LastElement() override {
-    Read();
-    return m_objBasis.LastElement();
-  }
+  Ref<ElementTable> ElementArray() override { return m_objBasis.ElementArray(); }
+  Ref<Level> LastElement() override { return m_objBasis.LastElement(); }
   void Compare(const Ref<ElementTable>& aOldElement, const Ref<ElementTable>& aNewElement) override;
   void CompareElements(const Ref<ElementTable>& aOldElement, const Ref<ElementTable>& aNewElement,
                        std::string_view strCreateObject) override {
@@ -49,25 +42,19 @@ class LevelBase : public Level {
   // The level number given is ignored: every class writes its own.
   void PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t lngLevel) override;
   void Convert(const Ref<ElementTable>& aReport, const Ref<ElementTable>& aDiffFile) override {
-    unread_ = {};
     m_objBasis.Convert(aReport, aDiffFile);
   }
   void SetInsertionObserver(BeforeInsertHandler* observer) override {
     m_objBasis.SetInsertionObserver(observer);
   }
   int ClassNumber() const override { return number_; }
-  std::string_view UnreadLines() const override { return unread_; }
+  void ReadLines(std::string_view lines) override;
 
-  // Gives a level object without elements the lines of a file that they are made of once they are
-  // asked for. The lines are well nested, have no status, and live as long as the context's texts.
-  void SetUnread(std::string_view lines) { unread_ = lines; }
   // Adds the element of such a line, which has no tabs or blanks at its ends. Leaves the error
   // collection alone; what can be wrong with a line was found out before.
   void AddAsRead(std::string_view line, BXLineType type);
   // The same for a section of which name, key and type are known.
   void AddAsRead(const ElementKey& identity);
-  // The child level of the last element, which must have been added by AddAsRead.
-  LevelBase& ChildOfLast();
 
  protected:
   LevelBase(const Ref<EngineContext>& context, int number);
@@ -93,12 +80,9 @@ class LevelBase : public Level {
   virtual std::string_view CompareProcedure() const { return "BXLevelBasis_Compare"; }
 
  private:
-  // Makes elements of the lines that have not been read yet.
-  void Read();
   int ChildClass() const { return std::min(number_ + 1, kLevelCount - 1); }
 
   const int number_;
-  std::string_view unread_;
   BXLevelBasis m_objBasis;
 };
 

@@ -83,7 +83,7 @@ class SectionReader {
     const Element& element = other_->elements->Row(next_of_other_++);
     list_.AddAsRead(element.key.Identity());
     BeginSection(line);
-    has_contents_ = static_cast<bool>(element.child);
+    has_contents_ = !element.unread().empty();
     return line.begin() + ((known + 1)->text.data() - known->text.data());
   }
 
@@ -96,7 +96,7 @@ class SectionReader {
 
   // Ends the last section before `end`.
   void EndSection(const char* end) {
-    if (has_contents_) list_.ChildOfLast().SetUnread(Between(contents_, end));
+    if (has_contents_) SetContentsOfLast(Between(contents_, end));
     has_contents_ = false;
     if (is_read_ && other_) FollowOther();
     is_read_ = false;
@@ -110,6 +110,7 @@ class SectionReader {
  private:
   void BeginSection(const LineWalker& line) {
     contents_ = line.end();
+    last_type_ = line.type();
     previous_ = {};
     if (level_ != 0) return;
     if (!sections_.empty()) {
@@ -118,6 +119,16 @@ class SectionReader {
       if (!before.text.ends_with('\n')) before.stands_alone = false;  // the header might go on
     }
     sections_.push_back({Between(line.begin(), line.end()), true});
+  }
+
+  // Lines below a property, which can have a value, are read at once; hardly any report has them.
+  void SetContentsOfLast(std::string_view lines) {
+    ElementTable& elements = *list_.ElementArray();
+    if (last_type_ == bxltSection) {
+      elements.SetUnread(elements.rows(), lines);
+    } else {
+      list_.LastElement()->ReadLines(lines);
+    }
   }
 
   // True where properties of this level may set what the list's elements have.
@@ -170,6 +181,7 @@ class SectionReader {
   OwnerFields owner_fields_;
   std::vector<FileSections::Section> sections_;  // of level 0
   bool is_read_ = false;                         // the last one, line by line
+  BXLineType last_type_ = bxltUnknown;
   const char* contents_ = nullptr;
   bool has_contents_ = false;
   std::string_view previous_;  // the line before among those that may be such properties

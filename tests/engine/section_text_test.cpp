@@ -212,6 +212,21 @@ TEST(AppendAsRead, PutsLinesIntoBlocks) {
   }
 }
 
+TEST(AppendAsRead, KeepsBlocksSmall) {
+  const std::string line = " Name=value\r\n";
+  std::string contents;
+  for (int n = 0; n < 1000; ++n) contents += line;
+  const Ref<WriteTable> table = MakeRef<WriteTable>(true);
+  EXPECT_TRUE(AppendAsRead(contents, 1, *table));
+  EXPECT_GT(table->rows(), 1);
+  std::string written;
+  for (std::int32_t row = 1; row <= table->rows(); ++row) {
+    EXPECT_LE(table->Text(row).size(), 4096 + line.size());
+    written.append(" ").append(table->Text(row)).append("\r\n");
+  }
+  EXPECT_EQ(written, contents);
+}
+
 TEST(AppendAsRead, LeavesOutOfBlocksWhatHasToBeRead) {
   for (const char* contents :
        {" A=1\r\n B=1\tC\r\n", " A=1\r\n User1=@A;1\r\n", " A=1\r\n A= @B;1\r\n",

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/level.h"
+#include "engine/level_basis.h"
 #include "report/report_file.h"
 #include "support/engine_fixture.h"
 #include "support/failure_number.h"
@@ -19,19 +19,18 @@ using testing::IsEmpty;
 
 using Lines = std::vector<std::string>;
 
-// The child level of a row of the topmost list.
-Ref<Level> ChildOfRow(const Ref<ElementTable>& tree, std::int32_t row) {
-  return tree->Row(row).child;
-}
-
 TEST(UnreadContents, AreThoseOfWellNestedFiles) {
   const TestEngine engine;
   const auto tree =
       ReadFileOfLines(engine.context, {"[Object]", "LinkID=7", "A=1", "[Layer]", "[Empty]"});
   ASSERT_EQ(tree->rows(), 3);
-  EXPECT_EQ(ChildOfRow(tree, 1)->UnreadLines(), "LinkID=7\r\nA=1\r\n");
-  EXPECT_FALSE(ChildOfRow(tree, 2));
-  EXPECT_TRUE(tree->Row(2).HasChild());
+  EXPECT_EQ(tree->Row(1).unread(), "LinkID=7\r\nA=1\r\n");
+  EXPECT_EQ(tree->Row(2).unread(), "");
+  for (std::int32_t row = 1; row <= tree->rows(); ++row) {
+    EXPECT_FALSE(tree->Row(row).child);
+    EXPECT_TRUE(tree->Row(row).HasChild());
+    EXPECT_EQ(tree->Row(row).value(), "");
+  }
   EXPECT_THAT(Column(tree, bxeaKey), ElementsAre("7", "[Layer]", "[Empty]"));
   EXPECT_THAT(Column(tree, bxeaPosPrevKey), ElementsAre("", "7", "[Layer]"));
 }
@@ -40,14 +39,37 @@ TEST(UnreadContents, AreReadOneListAtATime) {
   const TestEngine engine;
   const auto tree = ReadFileOfLines(
       engine.context, {"[Object]", "[@Lines]", "{", "[S]", "{", "A=1", "}", "[T]", "}"});
-  const Ref<Level> contents = ChildOfRow(tree, 1);
-  EXPECT_FALSE(contents->UnreadLines().empty());
+  const Ref<Level> contents = engine.context->ChildOf(*tree, 1);
+  EXPECT_EQ(tree->Row(1).unread(), "");
+  EXPECT_EQ(tree->Row(1).child, contents);
   const Ref<ElementTable> lines = contents->ElementArray();
-  EXPECT_TRUE(contents->UnreadLines().empty());
   ASSERT_EQ(lines->rows(), 1);
-  const Ref<Level> sections = ChildOfRow(lines, 1);
-  EXPECT_EQ(sections->UnreadLines(), "{\r\n[S]\r\n{\r\nA=1\r\n}\r\n[T]\r\n}\r\n");
-  EXPECT_EQ(sections->ElementArray()->rows(), 2);
+  EXPECT_EQ(lines->Row(1).unread(), "{\r\n[S]\r\n{\r\nA=1\r\n}\r\n[T]\r\n}\r\n");
+  EXPECT_EQ(engine.context->ChildOf(*lines, 1)->ElementArray()->rows(), 2);
+}
+
+TEST(UnreadContents, CanBeLookedAtWithoutKeepingTheLevel) {
+  const TestEngine engine;
+  const auto tree = ReadFileOfLines(engine.context, {"[A]", "X=1", "[B]"});
+  EXPECT_THAT(Brief(engine.context->ContentsOf(tree->Row(1))), ElementsAre("- X|X|1"));
+  EXPECT_NE(tree->Row(1).unread(), "");
+  EXPECT_FALSE(engine.context->ContentsOf(tree->Row(2)));
+}
+
+TEST(UnreadContents, AreNotOverwrittenByAValue) {
+  const TestEngine engine;
+  const auto tree = ReadFileOfLines(engine.context, {"[A]", "X=1"});
+  EXPECT_EQ(FailureNumber([&] { tree->SetValue(1, "1"); }), kInvalidCall);
+  tree->SetChild(1, nullptr);
+  EXPECT_EQ(tree->Row(1).unread(), "");
+  tree->SetValue(1, "1");
+  EXPECT_EQ(tree->Row(1).value(), "1");
+}
+
+TEST(UnreadContents, AreForLevelClassesOnly) {
+  const TestEngine engine;
+  const auto basis = MakeRef<BXLevelBasis>(engine.context);
+  EXPECT_EQ(FailureNumber([&] { basis->ReadLines("X=1"); }), kInvalidCall);
 }
 
 TEST(UnreadContents, StayUnreadWhereNothingIsDifferent) {
@@ -59,9 +81,9 @@ TEST(UnreadContents, StayUnreadWhereNothingIsDifferent) {
   const auto level = engine.NewLevel(0);
   level->Compare(old_tree, new_tree);
   EXPECT_THAT(Brief(level->ElementArray()), ElementsAre("U [B]|[B]|", "  U X|X|2"));
-  EXPECT_FALSE(ChildOfRow(old_tree, 1)->UnreadLines().empty());
-  EXPECT_FALSE(ChildOfRow(new_tree, 1)->UnreadLines().empty());
-  EXPECT_TRUE(ChildOfRow(new_tree, 2)->UnreadLines().empty());
+  EXPECT_NE(old_tree->Row(1).unread(), "");
+  EXPECT_NE(new_tree->Row(1).unread(), "");
+  EXPECT_EQ(new_tree->Row(2).unread(), "");
 }
 
 // The second B stands between the same neighbours as the first, which is found for both.
@@ -79,17 +101,8 @@ TEST(UnreadContents, StayUnreadWhenTheyAreWritten) {
   const TestEngine engine;
   const auto tree = ReadFileOfLines(engine.context, {"[A]", "X=1", "[B]", "User1=@a;1"});
   EXPECT_THAT(WriteLines(engine.context, tree), ElementsAre("[A]", " X=1", "[B]", " User1=@a;1"));
-  EXPECT_FALSE(ChildOfRow(tree, 1)->UnreadLines().empty());
-  EXPECT_TRUE(ChildOfRow(tree, 2)->UnreadLines().empty());
-}
-
-TEST(UnreadContents, AreForgottenForAnotherArray) {
-  const TestEngine engine;
-  const auto tree = ReadFileOfLines(engine.context, {"[A]", "X=1"});
-  const Ref<Level> level = ChildOfRow(tree, 1);
-  level->SetElementArray(nullptr);
-  EXPECT_TRUE(level->UnreadLines().empty());
-  EXPECT_FALSE(level->ElementArray());
+  EXPECT_NE(tree->Row(1).unread(), "");
+  EXPECT_EQ(tree->Row(2).unread(), "");
 }
 
 TEST(UnreadContents, ComeBeforeWhatIsAdded) {
@@ -98,8 +111,9 @@ TEST(UnreadContents, ComeBeforeWhatIsAdded) {
   AddArguments arguments;
   arguments.strName = "Y=2";
   arguments.bxltLineType = bxltProperty;
-  ChildOfRow(tree, 1)->Add(arguments);
-  EXPECT_THAT(Brief(ChildOfRow(tree, 1)->ElementArray()), ElementsAre("- X|X|1", "- Y|Y|2"));
+  engine.context->ChildOf(*tree, 1)->Add(arguments);
+  EXPECT_THAT(Brief(engine.context->ChildOf(*tree, 1)->ElementArray()),
+              ElementsAre("- X|X|1", "- Y|Y|2"));
 }
 
 // A failure on its way up is not forgotten because somebody looks into a section.
@@ -107,7 +121,7 @@ TEST(UnreadContents, LeaveTheErrorCollectionAlone) {
   TestEngine engine;
   const auto tree = ReadFileOfLines(engine.context, {"[A]", "X=1"});
   engine.errors.objErrors->Add({ErrorEntry::kFailure, 5, "S", "T"});
-  EXPECT_EQ(ChildOfRow(tree, 1)->ElementArray()->rows(), 1);
+  EXPECT_EQ(engine.context->ChildOf(*tree, 1)->ElementArray()->rows(), 1);
   EXPECT_THAT(Entries(engine.errors), ElementsAre("4 5 S: T"));
 }
 

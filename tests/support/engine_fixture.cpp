@@ -14,7 +14,7 @@ void AppendBrief(const Ref<ElementTable>& table, std::size_t depth,
     line.append({StatusSign(element), ' '}).append(table->pool().Text(element.key[bxeaName]));
     line.append("|").append(table->pool().Text(element.key[bxeaKey]));
     lines.push_back(line.append("|").append(element.value()));
-    if (element.child) AppendBrief(element.child->ElementArray(), depth + 1, lines);
+    AppendBrief(ContentsOf(element), depth + 1, lines);
   }
 }
 

@@ -17,11 +17,16 @@ void DumpRows(const Ref<ElementTable>& tree, std::size_t depth, std::string& tex
       text += tree->pool().Text(element.key[static_cast<BXElementArray>(column)]);
     }
     text.append("|").append(element.value()).append("\n");
-    if (element.child) DumpRows(element.child->ElementArray(), depth + 1, text);
+    DumpRows(ContentsOf(element), depth + 1, text);
   }
 }
 
 }  // namespace
+
+Ref<ElementTable> ContentsOf(const Element& element) {
+  const TestEngine engine;
+  return engine.context->ContentsOf(element);
+}
 
 Ref<ElementTable> ReadLines(const Ref<EngineContext>& context,
                             const std::vector<std::string>& lines) {

@@ -19,6 +19,9 @@ struct TestEngine {
   Ref<Level> NewLevel(int number) const { return context->CreateLevel(number); }
 };
 
+// The elements inside an element, null for none; what is unread is read apart from the tree.
+Ref<ElementTable> ContentsOf(const Element& element);
+
 // The tree of a file's lines; lines of blanks are dropped as in reading a file.
 Ref<ElementTable> ReadLines(const Ref<EngineContext>& context,
                             const std::vector<std::string>& lines);
