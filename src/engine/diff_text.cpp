@@ -26,12 +26,9 @@ std::optional<Halves> SplitAtFirst(std::string_view text, char separator) {
 // Removes the label wherever it occurs. The usual piece starts with its only one and needs no copy.
 std::string_view WithoutLabel(std::string_view piece, std::string_view label,
                               std::string& storage) {
+  if (piece.starts_with(label)) piece.remove_prefix(label.size());
+  if (piece.find(label.back()) == std::string_view::npos) return piece;
   auto place = FindIgnoreCase(piece, label);
-  if (place == 0) {
-    piece.remove_prefix(label.size());
-    if (piece.find(label.back()) == std::string_view::npos) return piece;
-    place = FindIgnoreCase(piece, label);
-  }
   if (place == std::string_view::npos) return piece;
   storage.clear();
   for (; place != std::string_view::npos; place = FindIgnoreCase(piece, label)) {

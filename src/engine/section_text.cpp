@@ -47,8 +47,8 @@ bool IsWrittenAsRead(const LineWalker& line) {
   return !name.empty() && !IsComputed(name, line.level());
 }
 
-// True for a line without indentation and line end that is a property of `level` and stands there
-// just as it would be written; tabs are not looked for.
+// True for a line without indentation, line end and tabs that is a property of `level` and stands
+// there just as it would be written.
 bool IsPropertyAsWritten(std::string_view line, std::int32_t level) {
   if (line.empty() || line.back() == ' ') return false;
   const char first = line.front();
@@ -60,7 +60,7 @@ bool IsPropertyAsWritten(std::string_view line, std::int32_t level) {
 // The properties of `level` at the beginning of the text, as far as they stand there just as they
 // would be written, with their line ends; many lines are more than one block, since messages are
 // handled between blocks.
-std::string_view BlockAt(std::string_view text, std::int32_t level) {
+std::string_view BlockAt(std::string_view text, std::int32_t level, bool may_have_tabs) {
   const std::string_view space = LevelSpace(level);
   std::size_t size = 0;
   while (size < kFullBlock) {
@@ -68,7 +68,8 @@ std::string_view BlockAt(std::string_view text, std::int32_t level) {
     if (!line.starts_with(space) || !line.ends_with(kLineEnd)) break;
     const std::string_view inner =
         line.substr(space.size(), line.size() - space.size() - kLineEnd.size());
-    if (inner.find('\t') != std::string_view::npos || !IsPropertyAsWritten(inner, level)) break;
+    if (may_have_tabs && inner.find('\t') != std::string_view::npos) break;
+    if (!IsPropertyAsWritten(inner, level)) break;
     size += line.size();
   }
   return text.substr(0, size);
@@ -187,16 +188,17 @@ void LineWalker::TakeStripped() {
   line_ = {first, static_cast<std::size_t>(last - first)};
 }
 
-std::int64_t LineWalker::SkipLines(const FirstLetters& stops) {
-  std::int64_t count = 0;
-  for (;; ++count) {
+bool LineWalker::SkipLines(const FirstLetters& stops) {
+  const std::int64_t before = count_;
+  for (;; ++count_) {
     const char* first = next_;
     while (first != text_end_ && (*first == ' ' || *first == '\t')) ++first;
-    if (first == text_end_ || stops[static_cast<unsigned char>(*first)]) return count;
+    if (first == text_end_ || stops[static_cast<unsigned char>(*first)]) break;
     const void* const end = std::memchr(first, '\n', static_cast<std::size_t>(text_end_ - first));
-    if (!end) return count;
+    if (!end) break;
     next_ = static_cast<const char*>(end) + 1;
   }
+  return count_ != before;
 }
 
 bool IsComputed(std::string_view name, std::int32_t level) {
@@ -223,15 +225,17 @@ bool HasDistinctElements(std::string_view contents, std::int32_t level) {
 
 bool AppendAsRead(std::string_view contents, std::int32_t level, WriteTable& rows) {
   const std::int32_t before = rows.rows();
+  const bool has_tabs = contents.find('\t') != std::string_view::npos;
   const char* const end = contents.data() + contents.size();
   LineWalker line(contents, level - 1);
   for (const char* next = contents.data(); next != end; next = line.end()) {
     const std::int32_t block_level = std::max(line.level(), kVariableLevel);
     if (rows.takes_blocks()) {
-      if (const std::string_view block = BlockAt({next, end}, block_level); !block.empty()) {
+      if (const std::string_view block = BlockAt({next, end}, block_level, has_tabs);
+          !block.empty()) {
         const std::size_t space = LevelSpace(block_level).size();
         rows.Append(block_level, block.substr(space, block.size() - space - kLineEnd.size()));
-        line.GoOn(block.data() + block.size(), block_level);
+        line.GoOn(block.data() + block.size(), block_level, 0);
         continue;
       }
     }

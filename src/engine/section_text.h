@@ -45,6 +45,7 @@ class LineWalker {
   // Goes on to the next line; false at the end.
   bool Next() {
     if (next_ == text_end_) return false;
+    ++count_;
     TakeStripped();
     const char first = line_.empty() ? '\0' : line_.front();
     if (line_.empty()) {
@@ -57,17 +58,21 @@ class LineWalker {
     return true;
   }
 
-  // Goes on behind lines that need not be looked at: at `next`, `level` being that of the line
-  // before.
-  void GoOn(const char* next, std::int32_t level) {
+  // Goes on behind `lines` lines that need not be looked at: at `next`, `level` being that of the
+  // line before.
+  void GoOn(const char* next, std::int32_t level, std::int64_t lines) {
     next_ = next;
     level_ = level;
+    count_ += lines;
   }
 
   // Goes past lines that need not be looked at, each of which begins, behind tabs and blanks, with
-  // none of `stops`, among which must be the line ends; returns their number. The last line of a
-  // text that has no line end is never skipped.
-  std::int64_t SkipLines(const FirstLetters& stops);
+  // none of `stops`, among which must be the line ends; false where there is none. The last line of
+  // a text that has no line end is never skipped.
+  bool SkipLines(const FirstLetters& stops);
+
+  // How many lines have been gone past, this one included.
+  std::int64_t count() const { return count_; }
 
   // The line without tabs and blanks at its ends, and what it is: bxltUnknown for a line that is
   // empty and for a brace.
@@ -84,6 +89,7 @@ class LineWalker {
   const char* next_;
   const char* text_end_;
   std::int32_t level_;
+  std::int64_t count_ = 0;
   const char* begin_ = nullptr;
   std::string_view line_;
   BXLineType type_ = bxltUnknown;

@@ -8,7 +8,6 @@
 
 #include "levels/section_reader.h"
 
-#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
@@ -75,23 +74,22 @@ class SectionReader {
     }
   }
 
-  // Takes the whole section that begins with this line and gives its end, or null where it has to
-  // be read line by line.
-  const char* TakeOver(const LineWalker& line, const char* text_end) {
+  // Takes the whole section that begins with this line; false where it has to be read line by line.
+  bool TakeOver(LineWalker& line, const char* text_end) {
     const FileSections::Section* known = NextOfOther();
-    if (!known || !Between(line.begin(), text_end).starts_with(known->text)) return nullptr;
+    if (!known || !Between(line.begin(), text_end).starts_with(known->text)) return false;
     const Element& element = other_->elements->Row(next_of_other_++);
     list_.AddAsRead(element.key.Identity());
     BeginSection(line);
     has_contents_ = !element.unread().empty();
-    return line.begin() + ((known + 1)->text.data() - known->text.data());
+    const auto size = (known + 1)->text.data() - known->text.data();
+    line.GoOn(line.begin() + size, level_, known->lines - 1);
+    return true;
   }
 
   // Goes past properties below the one taken last that this reader has no use for.
-  std::int64_t SkipContents(LineWalker& line) {
-    const std::int64_t skipped = line.SkipLines(stops_);
-    if (skipped != 0 && MaySetOwner(line.level())) previous_ = {};
-    return skipped;
+  void SkipContents(LineWalker& line) {
+    if (line.SkipLines(stops_) && MaySetOwner(line.level())) previous_ = {};
   }
 
   // Ends the last section before `end`.
@@ -116,9 +114,11 @@ class SectionReader {
     if (!sections_.empty()) {
       FileSections::Section& before = sections_.back();
       before.text = Between(before.text.data(), line.end());
+      before.lines = line.count() - first_line_;
       if (!before.text.ends_with('\n')) before.stands_alone = false;  // the header might go on
     }
-    sections_.push_back({Between(line.begin(), line.end()), true});
+    first_line_ = line.count();
+    sections_.push_back({Between(line.begin(), line.end()), 0, true});
   }
 
   // Lines below a property, which can have a value, are read at once; hardly any report has them.
@@ -180,6 +180,7 @@ class SectionReader {
   std::int32_t next_of_other_ = 1;
   OwnerFields owner_fields_;
   std::vector<FileSections::Section> sections_;  // of level 0
+  std::int64_t first_line_ = 0;                  // of the last one
   bool is_read_ = false;                         // the last one, line by line
   BXLineType last_type_ = bxltUnknown;
   const char* contents_ = nullptr;
@@ -188,53 +189,47 @@ class SectionReader {
   std::string storage_;
 };
 
-std::int32_t ReadLines(std::string_view text, std::int32_t level, SectionReader& reader,
-                       const EngineContext* context, std::int64_t& line_count) {
-  LineWalker line(text, level == 0 ? 0 : level - 1);
+// False when the text is not well nested or has lines with a status.
+bool ReadLines(LineWalker& line, std::string_view text, std::int32_t level, SectionReader& reader,
+               const EngineContext* context) {
   NestingCheck nesting(level);
   const char* const text_end = text.data() + text.size();
   while (line.Next()) {
-    ++line_count;
     if (context) context->Yield();
-    if (!nesting.Takes(line)) return -1;
+    if (!nesting.Takes(line)) return false;
     if (line.type() == bxltUnknown) continue;
     if (line.level() == level) {
       reader.EndSection(line.begin());
-      if (const char* end = reader.TakeOver(line, text_end)) {
-        line_count += std::count(line.end(), end, '\n');
-        line.GoOn(end, level);
-        continue;
-      }
+      if (reader.TakeOver(line, text_end)) continue;
     }
-    if (MayHaveStatus(line.line())) return -1;
+    if (MayHaveStatus(line.line())) return false;
     reader.Take(line);
-    if (line.type() == bxltProperty && line.level() > level) {
-      line_count += reader.SkipContents(line);
-    }
+    if (line.type() == bxltProperty && line.level() > level) reader.SkipContents(line);
   }
   reader.EndSection(text_end);
-  return line.level();
+  return true;
 }
 
 }  // namespace
 
 void ReadSection(LevelBase& list, std::string_view text) {
   const std::int32_t level = list.ClassNumber();
+  LineWalker line(text, level == 0 ? 0 : level - 1);
   SectionReader reader(list, level, nullptr);
-  std::int64_t line_count = 0;
-  ReadLines(text, level, reader, nullptr, line_count);
+  ReadLines(line, text, level, reader, nullptr);
 }
 
 std::int32_t ReadReportText(LevelBase& list, std::string_view text, const EngineContext& context,
                             std::int64_t& line_count, FileSections& sections) {
+  LineWalker line(text, 0);
   SectionReader reader(list, 0, sections.elements ? &sections : nullptr);
-  const std::int32_t level = ReadLines(text, 0, reader, &context, line_count);
-  if (level < 0) {
+  if (!ReadLines(line, text, 0, reader, &context)) {
     sections = {};
-  } else {
-    sections = {list.ElementArray(), reader.TakeSections()};
+    return -1;
   }
-  return level;
+  sections = {list.ElementArray(), reader.TakeSections()};
+  line_count = line.count();
+  return line.level();
 }
 
 }  // namespace tessary

@@ -18,6 +18,7 @@ struct FileSections {
   struct Section {
     // With its header and that of the section behind it. Must outlive the object.
     std::string_view text;
+    std::int64_t lines = 0;  // the next header not included
     // True when the element follows from this text alone: no other section sets its key or type,
     // nor this one those of another. False for the last section.
     bool stands_alone = false;
@@ -35,8 +36,9 @@ void ReadSection(LevelBase& list, std::string_view text);
 
 // The same for the lines of a whole report, which may be anything. Returns the level of the last
 // line, or -1 when the text is not well nested or has lines with a status; `list` is of no use
-// then. The number of lines is added to `line_count`. `sections`: those of another release, read
-// with the same context and unchanged since, or none; becomes those of this one, none after -1.
+// then. `line_count` becomes the number of lines, unless -1 is returned. `sections`: those of
+// another release, read with the same context and unchanged since, or none; becomes those of this
+// one, none after -1.
 std::int32_t ReadReportText(LevelBase& list, std::string_view text, const EngineContext& context,
                             std::int64_t& line_count, FileSections& sections);
 
