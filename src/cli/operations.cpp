@@ -212,12 +212,15 @@ bool ResultFilesAreWritable(const CommandLine& line, const CommandSurroundings& 
          ResultFilesDiffer(line, around);
 }
 
-// A single report would be done by the time the heap has grown piece by piece; in a folder the
-// first reports do that for all. Both passes take somewhat more than this.
+// A single report would be done by the time the heap has grown piece by piece; both passes take
+// somewhat more than this. In a folder one report after the other takes the memory of the first,
+// which only has to stay.
 void PrepareHeapFor(const CommandLine& line, FileSystem& files) {
   constexpr std::size_t kBytesPerByte = 8;
   constexpr std::size_t kMostBytes = std::size_t{4} << 20;
-  if (line.command != CommandId::kDiff && line.command != CommandId::kConvert) return;
+  if (line.command != CommandId::kDiff && line.command != CommandId::kConvert) {
+    return PrepareHeap(0);
+  }
   try {
     const std::size_t size = files.OpenForReading(OperandPath(line, 0))->SizeHint();
     PrepareHeap(std::min(size, kMostBytes / kBytesPerByte) * kBytesPerByte);
