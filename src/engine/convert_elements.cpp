@@ -48,6 +48,7 @@ void BXLevelBasis::Convert(const Ref<ElementTable>& aReport, const Ref<ElementTa
       ApplyDifference(aDiffFile, row);
     }
     aReport->Settle();
+    aReport->EndSearches();
   });
 }
 

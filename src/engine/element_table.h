@@ -82,6 +82,9 @@ class ElementTable : public RefCounted {
   // Changes whenever rows stand or are named differently than before; appending does not count.
   std::uint32_t rearrangements() const { return rearrangements_; }
 
+  // Gives back what only further searches would need. Changes nothing that can be seen.
+  void EndSearches() { DropIndex(); }
+
   // Brings storage back into row order after a run of insertions and deletions, so that walking
   // the rows is fast again. Changes nothing that can be seen.
   void Settle();

@@ -20,7 +20,6 @@ constexpr std::int32_t kVariableLevel = 1;
 constexpr std::int32_t kColumnLevel = 7;
 
 constexpr std::string_view kLineEnd = "\r\n";
-constexpr std::size_t kFullBlock = 4096;
 
 void Move(std::int32_t& level, std::int32_t by) {
   const std::int64_t moved = std::int64_t{level} + by;
@@ -58,12 +57,11 @@ bool IsPropertyAsWritten(std::string_view line, std::int32_t level) {
 }
 
 // The properties of `level` at the beginning of the text, as far as they stand there just as they
-// would be written, with their line ends; many lines are more than one block, since messages are
-// handled between blocks.
+// would be written, with their line ends, and as far as one block goes.
 std::string_view BlockAt(std::string_view text, std::int32_t level, bool may_have_tabs) {
   const std::string_view space = LevelSpace(level);
   std::size_t size = 0;
-  while (size < kFullBlock) {
+  while (size < WriteTable::kFullBlock) {
     const std::string_view line = text.substr(size, text.find('\n', size) + 1 - size);
     if (!line.starts_with(space) || !line.ends_with(kLineEnd)) break;
     const std::string_view inner =
@@ -224,6 +222,7 @@ bool HasDistinctElements(std::string_view contents, std::int32_t level) {
 }
 
 bool AppendAsRead(std::string_view contents, std::int32_t level, WriteTable& rows) {
+  rows.EndBlock();
   const std::int32_t before = rows.rows();
   const bool has_tabs = contents.find('\t') != std::string_view::npos;
   const char* const end = contents.data() + contents.size();
@@ -234,7 +233,8 @@ bool AppendAsRead(std::string_view contents, std::int32_t level, WriteTable& row
       if (const std::string_view block = BlockAt({next, end}, block_level, has_tabs);
           !block.empty()) {
         const std::size_t space = LevelSpace(block_level).size();
-        rows.Append(block_level, block.substr(space, block.size() - space - kLineEnd.size()));
+        rows.AppendProperty(block_level)
+            .append(block.substr(space, block.size() - space - kLineEnd.size()));
         line.GoOn(block.data() + block.size(), block_level, 0);
         continue;
       }

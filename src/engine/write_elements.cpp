@@ -31,14 +31,18 @@ void BXLevelBasis::PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t lngLevel
 
 void BXLevelBasis::WriteElement(const Element& element, std::int32_t level,
                                 WriteTable& lines) const {
-  std::string& line = lines.Append(level);
   const auto text = [&](BXElementArray column) { return pool().Text(element.key[column]); };
-  ElementToDiffText(static_cast<BXStatus>(element.status),
-                    {text(bxeaKey), text(bxeaTyp), text(bxeaPosPrevName), text(bxeaPosPrevKey),
-                     text(bxeaPosPrevTyp), text(bxeaPosNextName), text(bxeaPosNextKey),
-                     text(bxeaPosNextTyp), text(bxeaPosNr)},
-                    line);
   const std::string_view name = text(bxeaName);
+  const bool is_plain =
+      element.status == bxsUnknown && !name.starts_with('[') && !TrimBlanks(name).empty();
+  std::string& line = is_plain ? lines.AppendProperty(level) : lines.Append(level);
+  if (element.status != bxsUnknown) {
+    ElementToDiffText(static_cast<BXStatus>(element.status),
+                      {text(bxeaKey), text(bxeaTyp), text(bxeaPosPrevName), text(bxeaPosPrevKey),
+                       text(bxeaPosPrevTyp), text(bxeaPosNextName), text(bxeaPosNextKey),
+                       text(bxeaPosNextTyp), text(bxeaPosNr)},
+                      line);
+  }
   if (IsSectionLine(name)) {
     line.append(name);
   } else if (!TrimBlanks(name).empty()) {

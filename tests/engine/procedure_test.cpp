@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <string>
+#include <vector>
 
 #include "engine/level.h"
 #include "engine/number_of.h"
@@ -184,6 +186,55 @@ TEST(WriteTableTest, RowsCountFromOneAndKeepTheirTexts) {
     EXPECT_EQ(FailureNumber([&] { table.Text(row); }), kSubscriptOutOfRange);
     EXPECT_EQ(FailureNumber([&] { table.Level(row); }), kSubscriptOutOfRange);
   }
+}
+
+TEST(WriteTableTest, PropertiesOfALevelMakeABlock) {
+  for (const bool takes_blocks : {false, true}) {
+    WriteTable table(takes_blocks);
+    table.Append(0, "[A]");
+    table.AppendProperty(5).append("X=1");
+    table.AppendProperty(5).append("Y=1");
+    table.AppendProperty(6).append("Z=1");
+    table.Append(6, "[B]");
+    table.AppendProperty(6).append("U=1");
+    table.EndBlock();
+    table.AppendProperty(6).append("V=1");
+    std::vector<std::string> rows;
+    for (std::int32_t row = 1; row <= table.rows(); ++row) rows.emplace_back(table.Text(row));
+    if (takes_blocks) {
+      EXPECT_THAT(rows, ElementsAre("[A]", "X=1\r\n\t Y=1", "Z=1", "[B]", "U=1", "V=1"));
+    } else {
+      EXPECT_THAT(rows, ElementsAre("[A]", "X=1", "Y=1", "Z=1", "[B]", "U=1", "V=1"));
+    }
+  }
+}
+
+// Rows are kept in pieces; where one ends must not show.
+TEST(WriteTableTest, ManyRowsAndLongRowsKeepTheirTexts) {
+  WriteTable table;
+  std::vector<std::string> texts;
+  for (int n = 0; n < 3000; ++n) {
+    texts.push_back(std::string(static_cast<std::size_t>(n % 100), 'x') + std::to_string(n));
+    if (n % 1000 == 999) texts.back().append(200'000, 'y');
+    table.Append(1, texts.back());
+  }
+  ASSERT_EQ(table.rows(), 3000);
+  for (std::int32_t row = 1; row <= 3000; ++row) {
+    ASSERT_EQ(table.Text(row), texts[static_cast<std::size_t>(row) - 1]) << row;
+  }
+  for (const std::int32_t kept : {2999, 1500, 1000, 999, 1}) {
+    const std::string& last_kept = texts[static_cast<std::size_t>(kept) - 1];
+    table.Truncate(kept);
+    ASSERT_EQ(table.rows(), kept);
+    ASSERT_EQ(table.Text(kept), last_kept);
+    table.Append(1, "next");
+    ASSERT_EQ(table.Text(kept + 1), "next");
+    ASSERT_EQ(table.Text(kept), last_kept);
+  }
+  table.Truncate(0);
+  EXPECT_EQ(table.rows(), 0);
+  table.Append(1, "next");
+  EXPECT_EQ(table.Text(1), "next");
 }
 
 }  // namespace
