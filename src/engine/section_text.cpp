@@ -73,21 +73,6 @@ std::string_view BlockAt(std::string_view text, std::int32_t level, bool may_hav
   return text.substr(0, size);
 }
 
-// Up to eight bytes, which differ for texts of one size that differ.
-std::uint64_t WordOf(std::string_view text) {
-  const auto byte = [&](std::size_t place) {
-    return std::uint64_t{static_cast<unsigned char>(text[place])};
-  };
-  if (text.size() >= kWordBytes) return LoadWord(text.data());
-  if (text.size() >= 4) {
-    std::uint32_t ends[2];
-    std::memcpy(&ends[0], text.data(), 4);
-    std::memcpy(&ends[1], text.data() + text.size() - 4, 4);
-    return std::uint64_t{ends[0]} << 32 | ends[1];
-  }
-  return text.empty() ? 0 : byte(0) << 16 | byte(text.size() / 2) << 8 | byte(text.size() - 1);
-}
-
 bool HasTab(std::uint64_t word) {
   const std::uint64_t zero_where_tab = word ^ '\t' * kOnesOfWord;
   return ((zero_where_tab - kOnesOfWord) & ~zero_where_tab & kHighBitsOfWord) != 0;
@@ -99,7 +84,7 @@ struct NameEnds {
   std::uint64_t last;
 
   explicit NameEnds(std::string_view name)
-      : first(WordOf(name)),
+      : first(name.size() < kWordBytes ? ShortWord(name) : LoadWord(name.data())),
         last(name.size() <= kWordBytes ? 0 : LoadWord(name.data() + name.size() - kWordBytes)) {}
 };
 

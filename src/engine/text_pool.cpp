@@ -24,21 +24,6 @@ std::uint64_t Mix(std::uint64_t a, std::uint64_t b) {
   return product ^ (product >> 32);
 }
 
-// Up to eight bytes as a number that tells texts of one size apart.
-std::uint64_t ShortWord(std::string_view text) {
-  const auto byte = [&](std::size_t place) {
-    return std::uint64_t{static_cast<unsigned char>(text[place])};
-  };
-  if (text.size() >= 4) {
-    std::uint32_t first;
-    std::uint32_t last;
-    std::memcpy(&first, text.data(), 4);
-    std::memcpy(&last, text.data() + text.size() - 4, 4);
-    return std::uint64_t{first} << 32 | last;
-  }
-  return text.empty() ? 0 : byte(0) << 16 | byte(text.size() / 2) << 8 | byte(text.size() - 1);
-}
-
 // Texts are short, so the set-up must be cheap: words are read whole, the last two may overlap.
 std::uint32_t Hash(std::string_view text) {
   std::uint64_t hash = text.size() * 0xFF51AFD7ED558CCDu;

@@ -19,6 +19,21 @@ inline std::uint64_t LoadWord(const char* bytes) {
   return word;
 }
 
+// Up to eight bytes as a number that tells texts of one size apart.
+inline std::uint64_t ShortWord(std::string_view text) {
+  const auto byte = [&](std::size_t place) {
+    return std::uint64_t{static_cast<unsigned char>(text[place])};
+  };
+  if (text.size() >= 4) {
+    std::uint32_t first;
+    std::uint32_t last;
+    std::memcpy(&first, text.data(), 4);
+    std::memcpy(&last, text.data() + text.size() - 4, 4);
+    return std::uint64_t{first} << 32 | last;
+  }
+  return text.empty() ? 0 : byte(0) << 16 | byte(text.size() / 2) << 8 | byte(text.size() - 1);
+}
+
 inline bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 
 inline bool IsAsciiWord(std::uint64_t word) { return (word & kHighBitsOfWord) == 0; }
