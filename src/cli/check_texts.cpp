@@ -116,8 +116,10 @@ std::string CheckText(const CheckedReport& report) {
 }
 
 std::string CheckText(const NoReport& file) {
-  return file.name + " ist kein Bericht: " + TextsOf(file.reason).text + ".";
+  return file.name + " ist kein Bericht: " + NoReportText(file.reason) + ".";
 }
+
+std::string NoReportText(NoReportReason reason) { return TextsOf(reason).text; }
 
 std::string CheckText(const DuplicateStep& step) {
   const std::vector<std::string> others(step.names.begin() + 1, step.names.end());

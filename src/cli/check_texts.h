@@ -11,6 +11,8 @@ namespace tessary {
 // "Rechnung.lst: Version 3, Referenz Rechnung, mit 3_4Rechnung, 4_5Rechnung nach Version 5".
 std::string CheckText(const CheckedReport& report);
 std::string CheckText(const NoReport& file);
+// "in [UserSection] fehlt Referenzbeleg", without a period.
+std::string NoReportText(NoReportReason reason);
 std::string CheckText(const DuplicateStep& step);
 std::string CheckText(const SameHeader& same);
 std::string CheckText(const UnmatchedDifference& difference);

@@ -18,13 +18,6 @@
 namespace tessary {
 namespace {
 
-NoReportReason ReasonOf(const std::string& name, std::int32_t version) {
-  const std::string extension(TrimBlanks(ExtensionOf(name)));
-  if (extension.empty()) return NoReportReason::kNoExtension;
-  if (extension.find('~') != std::string::npos) return NoReportReason::kBackupExtension;
-  return version < 1 ? NoReportReason::kNoVersion : NoReportReason::kNoReference;
-}
-
 // What reading one file has come to.
 struct ReadResult {
   std::vector<std::string> failures;
@@ -91,11 +84,8 @@ class Checker {
         check_.reports.push_back(std::move(report));
         continue;
       }
-      NoReportReason reason = ReasonOf(name, report.version);
-      if (reason == NoReportReason::kNoVersion && report.reference.empty()) {
-        if (!CanBeOpened(name)) continue;
-        reason = NoReportReason::kNoHeader;
-      }
+      const NoReportReason reason = WhyNoReport(name, report.version, report.reference);
+      if (reason == NoReportReason::kNoHeader && !CanBeOpened(name)) continue;
       check_.no_reports.push_back({name, reason});
     }
   }
@@ -255,6 +245,15 @@ class Checker {
 };
 
 }  // namespace
+
+NoReportReason WhyNoReport(const std::string& path, std::int32_t version,
+                           const std::string& reference) {
+  const std::string extension(TrimBlanks(ExtensionOf(path)));
+  if (extension.empty()) return NoReportReason::kNoExtension;
+  if (extension.find('~') != std::string::npos) return NoReportReason::kBackupExtension;
+  if (version >= 1) return NoReportReason::kNoReference;
+  return reference.empty() ? NoReportReason::kNoHeader : NoReportReason::kNoVersion;
+}
 
 bool FolderCheck::Complete() const {
   return problems.empty() &&

@@ -33,10 +33,14 @@ struct CheckedReport {
 enum class NoReportReason {
   kNoExtension,
   kBackupExtension,  // it holds "~"
-  kNoHeader,         // neither version nor reference
+  kNoHeader,         // neither version nor reference; looks the same where it cannot be opened
   kNoVersion,
   kNoReference,
 };
+
+// Why IsReportFile has said no to a file, and what it has found there.
+NoReportReason WhyNoReport(const std::string& path, std::int32_t version,
+                           const std::string& reference);
 
 struct NoReport {
   std::string name;

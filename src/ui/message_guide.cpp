@@ -90,8 +90,8 @@ constexpr auto kGuides = std::to_array<MessageGuide>({
      "Die Ordner und ihre Reihenfolge im Aufruf prüfen; Differenz-Dateien heißen wie 3_4Rechnung.",
      kFolderEmpty},
     {kChecks, "Die Datei … ist keine List & Label Berichtsdatei.",
-     "In [UserSection] fehlt eine Version ab 1 oder der Referenzbeleg, oder die Namenserweiterung "
-     "fehlt oder enthält ein „~“.",
+     "In [UserSection] fehlt eine Version ab 1 oder der Referenzbeleg, die Namenserweiterung fehlt "
+     "oder enthält ein „~“, oder die Datei lässt sich nicht öffnen.",
      "Mit tessary info ansehen, was der Datei fehlt; eine Sicherungskopie umbenennen.",
      kWrongKindOfFile},
     {kChecks, "Die Dateien … und … sind Berichte unterschiedlicher Referenz.",

@@ -230,11 +230,36 @@ TEST_F(TessaryTest, InfoNamesVersionAndReference) {
   EXPECT_EQ(console_.out, "/a.lst: Version 3, Referenz Rechnung\n");
   EXPECT_EQ(Run({"info", "/b.txt", "/a.lst", "/c\xFF.lst"}), kExitFailed);
   EXPECT_EQ(console_.out,
-            "/b.txt: keine List & Label Berichtsdatei\n"
+            "/b.txt: keine List & Label Berichtsdatei (in [UserSection] fehlen Version und "
+            "Referenzbeleg)\n"
             "/a.lst: Version 3, Referenz Rechnung\n"
-            "/c\uFFFD.lst: keine List & Label Berichtsdatei\n");
+            "/c\uFFFD.lst: keine List & Label Berichtsdatei (Datei nicht gefunden)\n");
   EXPECT_EQ(Run({"info", "--quiet", "/b.txt", "/a.lst"}), kExitFailed);
-  EXPECT_EQ(console_.out, "/b.txt: keine List & Label Berichtsdatei\n");
+  EXPECT_EQ(console_.out,
+            "/b.txt: keine List & Label Berichtsdatei (in [UserSection] fehlen Version und "
+            "Referenzbeleg)\n");
+}
+
+TEST_F(TessaryTest, InfoSaysWhatAFileLacks) {
+  files_.Put("/a", SmallReport(3));
+  files_.Put("/a.lst~", SmallReport(3));
+  files_.Put("/b.lst", FileText({"[UserSection]", "Version=3"}));
+  files_.Put("/c.lst", FileText({"[UserSection]", "Version=0", "Referenzbeleg=Rechnung"}));
+  const struct {
+    const char* file;
+    const char* reason;
+  } rows[] = {
+      {"/a", "der Name hat keine Erweiterung"},
+      {"/a.lst~", "die Erweiterung enthält „~“"},
+      {"/b.lst", "in [UserSection] fehlt Referenzbeleg"},
+      {"/c.lst", "in [UserSection] fehlt eine Version ab 1"},
+      {"/missing", "Datei nicht gefunden"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Run({"info", row.file}), kExitFailed);
+    EXPECT_EQ(console_.out,
+              std::string(row.file) + ": keine List & Label Berichtsdatei (" + row.reason + ")\n");
+  }
 }
 
 TEST_F(TessaryTest, ShowPrintsATree) {

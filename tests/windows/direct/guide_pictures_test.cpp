@@ -21,7 +21,7 @@ ResultDictionary Failures() {
       "Konvertierung des Berichts Rechnung Österreich.lst von Version 4 nach 5 "
       "fehlgeschlagen.",
       {"Fehler beim Schreiben in die Datei Rechnung Österreich.lst",
-       "Fehler beim Öffnen der Datei C:\\Auftrag\\Berichte\\Rechnung Österreich.lst"});
+       "Fehler beim Öffnen der Datei Rechnung Österreich.lst"});
   return failures;
 }
 
