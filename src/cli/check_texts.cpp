@@ -87,6 +87,8 @@ const char* IdOf(UnmatchedReason reason) {
       return "no_such_reference";
     case UnmatchedReason::kNotOnTheWay:
       return "not_on_the_way";
+    case UnmatchedReason::kNoLongerNeeded:
+      return "no_longer_needed";
     default:
       return "another_is_applied";
   }
@@ -142,6 +144,10 @@ std::string CheckText(const UnmatchedDifference& difference) {
     case UnmatchedReason::kNotOnTheWay:
       return "Die Differenz-Datei " + file +
              " passt zu nichts: Kein Bericht kommt auf ihre alte Version.";
+    case UnmatchedReason::kNoLongerNeeded:
+      return "Die Differenz-Datei " + file +
+             " wird nicht mehr gebraucht: Die Berichte der Referenz " + difference.reference +
+             " sind schon so weit.";
     default:
       return "Die Differenz-Datei " + file +
              " wird nicht angewendet: Eine andere führt von ihrer alten Version weiter.";

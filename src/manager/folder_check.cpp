@@ -227,10 +227,12 @@ class Checker {
     if (arrivals_.contains({difference.reference, difference.version})) {
       return UnmatchedReason::kAnotherIsApplied;
     }
-    const auto arrival = arrivals_.lower_bound({difference.reference, 0});
-    return arrival != arrivals_.end() && arrival->first == difference.reference
-               ? UnmatchedReason::kNotOnTheWay
-               : UnmatchedReason::kNoSuchReference;
+    const auto lowest = arrivals_.lower_bound({difference.reference, 0});
+    if (lowest == arrivals_.end() || lowest->first != difference.reference) {
+      return UnmatchedReason::kNoSuchReference;
+    }
+    return lowest->second < difference.new_version ? UnmatchedReason::kNotOnTheWay
+                                                   : UnmatchedReason::kNoLongerNeeded;
   }
 
   FileSystem& files_;

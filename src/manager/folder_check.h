@@ -64,6 +64,7 @@ struct SameHeader {
 enum class UnmatchedReason {
   kNoSuchReference,
   kNotOnTheWay,       // no report comes to its old version
+  kNoLongerNeeded,    // nor has to: every report of the reference has at least its new version
   kAnotherIsApplied,  // one does, but a duplicate leads it on
 };
 

@@ -228,8 +228,14 @@ constexpr auto kGuides = std::to_array<MessageGuide>({
      "Es ist nichts zu tun, wenn dieser Bericht nicht benutzt wird; sonst den Referenzbeleg "
      "prüfen."},
     {kForesight, "Die Differenz-Datei … passt zu nichts: Kein Bericht kommt auf ihre alte Version.",
-     "Die Berichte dieser Referenz sind schon weiter, oder eine Differenz-Datei davor fehlt.",
+     "Einige Berichte dieser Referenz sind schon weiter, oder eine Differenz-Datei davor fehlt.",
      "Ist eine Lücke gemeldet, die fehlende Differenz-Datei anfordern; sonst ist nichts zu tun."},
+    {kForesight,
+     "Die Differenz-Datei … wird nicht mehr gebraucht: Die Berichte der Referenz … sind schon so "
+     "weit.",
+     "Alle Berichte dieser Referenz haben die neue Version der Differenz-Datei oder eine spätere, "
+     "wie nach jeder Konvertierung.",
+     "Es ist nichts zu tun."},
     {kForesight, "Im Differenz-Ordner ist … dem Namen nach keine Differenz-Datei.",
      "Der Name gleicht nicht 3_4Rechnung; die Datei wird übergangen.",
      "Es ist nichts zu tun, außer wenn eine Differenz-Datei umbenannt wurde."},

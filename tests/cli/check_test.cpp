@@ -65,6 +65,20 @@ TEST_F(CheckTest, SaysWhatHappensToEveryReport) {
   EXPECT_EQ(console_.err, "");
 }
 
+TEST_F(CheckTest, ADifferenceFileThatEveryReportHasBehindItIsNoLongerNeeded) {
+  files_.Put("/later/a.lst", SmallReport(4));
+  EXPECT_EQ(RunTessary({"check", "/diff", "/later", "--quiet", "--json"}, console_, files_),
+            kExitFailed);
+  const Json unmatched = ParseJson(console_.out)["unmatched_difference_files"];
+  EXPECT_EQ(unmatched[1], ParseJson(R"({"name":"3_4Rechnung","reason":"no_longer_needed"})"));
+  console_ = {};
+  RunTessary({"check", "/diff", "/later"}, console_, files_);
+  EXPECT_NE(console_.out.find("Hinweis Die Differenz-Datei 3_4Rechnung wird nicht mehr gebraucht: "
+                              "Die Berichte der Referenz Rechnung sind schon so weit.\n"),
+            std::string::npos)
+      << console_.out;
+}
+
 TEST_F(CheckTest, QuietNamesOnlyWhatFails) {
   EXPECT_EQ(Run({"--quiet", "--omit", "a.lst", "--omit=none"}), kExitFailed);
   EXPECT_TRUE(console_.out.starts_with("FEHLER  b.lst: ")) << console_.out;

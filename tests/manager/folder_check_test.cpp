@@ -2,6 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "platform/failure.h"
 #include "support/failing_files.h"
 #include "support/manager_test_base.h"
@@ -13,6 +17,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Pair;
 
 using Names = std::vector<std::string>;
 
@@ -184,14 +189,19 @@ TEST_F(FolderCheckTest, ReportsThatWouldGiveOneDifferenceFile) {
 }
 
 TEST_F(FolderCheckTest, DifferenceFilesThatMatchNothing) {
-  PutDifferences({"2_3Rechnung", "3_4Rechnung", "3_4Mahnung", "4_3Rechnung", "Liesmich.txt"});
+  PutDifferences({"1_2Rechnung", "2_3Rechnung", "2_4Rechnung", "3_4Rechnung", "3_4Mahnung",
+                  "4_3Rechnung", "Liesmich.txt"});
   files_.Put("/rep/a.lst", SmallReport(3));
+  files_.Put("/rep/b.lst", SmallReport(4));
   const FolderCheck check = Check();
-  ASSERT_EQ(check.unmatched.size(), 2u);
-  EXPECT_EQ(check.unmatched[0].name, "3_4Mahnung");
-  EXPECT_EQ(check.unmatched[0].reason, UnmatchedReason::kNoSuchReference);
-  EXPECT_EQ(check.unmatched[1].name, "2_3Rechnung");
-  EXPECT_EQ(check.unmatched[1].reason, UnmatchedReason::kNotOnTheWay);
+  std::vector<std::pair<std::string, UnmatchedReason>> unmatched;
+  for (const UnmatchedDifference& difference : check.unmatched) {
+    unmatched.emplace_back(difference.name, difference.reason);
+  }
+  EXPECT_THAT(unmatched, ElementsAre(Pair("3_4Mahnung", UnmatchedReason::kNoSuchReference),
+                                     Pair("1_2Rechnung", UnmatchedReason::kNoLongerNeeded),
+                                     Pair("2_3Rechnung", UnmatchedReason::kNoLongerNeeded),
+                                     Pair("2_4Rechnung", UnmatchedReason::kNotOnTheWay)));
   EXPECT_THAT(check.other_files, ElementsAre("4_3Rechnung", "Liesmich.txt"));
   EXPECT_TRUE(check.Complete());
 }
