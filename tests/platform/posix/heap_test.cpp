@@ -11,12 +11,6 @@
 namespace tessary {
 namespace {
 
-long PageFaults() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_minflt;
-}
-
 // Blocks of 4 KB, every byte of which has been written.
 std::vector<std::unique_ptr<char[]>> FilledBlocks(std::size_t count) {
   std::vector<std::unique_ptr<char[]>> blocks(count);
@@ -28,6 +22,12 @@ std::vector<std::unique_ptr<char[]>> FilledBlocks(std::size_t count) {
 }
 
 #if defined(__GLIBC__) && !defined(TESSARY_SANITIZED)
+long PageFaults() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_minflt;
+}
+
 TEST(Heap, PagesAreThereBeforeTheyAreNeeded) {
   if (madvise(nullptr, 0, MADV_POPULATE_WRITE) != 0) GTEST_SKIP() << "too old a kernel";
   PrepareHeap(std::size_t{8} << 20);
