@@ -240,6 +240,18 @@ TEST(AppendAsRead, LeavesOutOfBlocksWhatHasToBeRead) {
   }
 }
 
+// What is taken back must not have become part of a row that was there before.
+TEST(AppendAsRead, GoesOnWithNoBlockOfOthers) {
+  for (const bool done : {false, true}) {
+    const Ref<WriteTable> table = MakeRef<WriteTable>(true);
+    table->AppendProperty(1).append("Before=1");
+    EXPECT_EQ(AppendAsRead(done ? " A=1\r\n" : " A=1\r\n B\r\n", 1, *table), done);
+    const std::vector<std::string> rows = WriteRows(table);
+    EXPECT_EQ(rows, done ? std::vector<std::string>({"1 Before=1", "1 A=1"})
+                         : std::vector<std::string>({"1 Before=1"}));
+  }
+}
+
 TEST(AppendAsRead, TakesDeepIndentationForBlocks) {
   const Ref<WriteTable> table = MakeRef<WriteTable>(true);
   EXPECT_TRUE(AppendAsRead("\t {\r\n\t A=1\r\n\t B=1\r\n\tC=1\r\n", 5, *table));
