@@ -23,11 +23,10 @@ bool BXReportFile::AppendFirst(std::string& text, bool blocks) {
     m_strLastOutput = {};
     m_bBlockOpen = false;
     if (!m_aWrite) {
-      Ref<WriteTable> rows = MakeRef<WriteTable>(blocks);
-      m_objLevel[0]->PrepareWriting(rows, 0);
-      if (rows->rows() == 0) return false;
-      m_aWrite = std::move(rows);
+      if (blocks) m_aWrite = MakeRef<WriteTable>(true);
+      m_objLevel[0]->PrepareWriting(m_aWrite, 0);
     }
+    if (!m_aWrite || m_aWrite->rows() == 0) return false;
     m_lngRow = 1;
     m_lngLevel = m_aWrite->Level(m_lngRow);
     m_strLastLine = m_aWrite->Text(m_lngRow);

@@ -99,6 +99,8 @@ TEST(HasDistinctElements, IsFalseWhereverElementsMayBeTheSame) {
   for (int n = 0; n < 2000; ++n) many.push_back("Property" + std::to_string(n) + "=1");
   std::vector<std::string> many_and_one = many;
   many_and_one.push_back("PROPERTY1234=2");
+  std::vector<std::string> many_and_the_first = many;
+  many_and_the_first.push_back("Property0=2");
   struct Row {
     const char* name;
     std::vector<std::string> lines;
@@ -129,6 +131,7 @@ TEST(HasDistinctElements, IsFalseWhereverElementsMayBeTheSame) {
       {"no name", {"=1"}, false},
       {"many", many, true},
       {"many and one twice", many_and_one, false},
+      {"many and the first one twice", many_and_the_first, false},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(HasDistinctElements(Text(row.lines), 1), row.distinct) << row.name;
@@ -234,6 +237,18 @@ TEST(AppendAsRead, LeavesOutOfBlocksWhatHasToBeRead) {
     WriteTable table(true);
     EXPECT_FALSE(AppendAsRead(contents, 1, table)) << contents;
     EXPECT_EQ(table.rows(), 0) << contents;
+  }
+}
+
+// What is taken back must not have become part of a row that was there before.
+TEST(AppendAsRead, GoesOnWithNoBlockOfOthers) {
+  for (const bool done : {false, true}) {
+    const Ref<WriteTable> table = MakeRef<WriteTable>(true);
+    table->AppendProperty(1).append("Before=1");
+    EXPECT_EQ(AppendAsRead(done ? " A=1\r\n" : " A=1\r\n B\r\n", 1, *table), done);
+    const std::vector<std::string> rows = WriteRows(table);
+    EXPECT_EQ(rows, done ? std::vector<std::string>({"1 Before=1", "1 A=1"})
+                         : std::vector<std::string>({"1 Before=1"}));
   }
 }
 

@@ -152,6 +152,8 @@ TEST(UnreadContents, MakeNoDifference) {
        {"[Layer]", "Visible=1", "X=1", "LayerID=2", "[Layer]", "Visible=1", "X=1", "Y=1",
         "LayerID=3"}},
       {"a layer's number that is not behind Visible", {"[Layer]", "visible=1", "LayerID=2"}},
+      {"a layer's number behind Visible, not the first property",
+       {"[Layer]", "X=1", "Visible=1", "LayerID=2"}},
       {"the key of a section before the last", {"[Object]", "[Foo]", "LinkID=8", "[Object]"}},
       {"a tab inside an owner's property",
        {"[Object]", "Lin\tkID=8", "[Layer]", "Visi\tble=1", "LayerID=9"}},

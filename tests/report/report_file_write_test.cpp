@@ -53,6 +53,14 @@ class GivenLevel : public Level {
   void SetInsertionObserver(BeforeInsertHandler*) override {}
 };
 
+Lines AllLines(BXReportFile& store) {
+  Lines lines;
+  for (std::string line = store.GetFirstLine(); !line.empty(); line = store.GetNextLine()) {
+    lines.push_back(line);
+  }
+  return lines;
+}
+
 class ReportFileWriteTest : public testing::Test {
  protected:
   ReportFileWriteTest() {
@@ -61,13 +69,6 @@ class ReportFileWriteTest : public testing::Test {
     GivenLevel::calls = 0;
   }
 
-  static Lines AllLines(BXReportFile& store) {
-    Lines lines;
-    for (std::string line = store.GetFirstLine(); !line.empty(); line = store.GetNextLine()) {
-      lines.push_back(line);
-    }
-    return lines;
-  }
   Lines Written(const GivenRows& rows) {
     GivenLevel::rows = &rows;
     BXReportFile store(context_);
@@ -213,6 +214,15 @@ TEST(ReportFileWriteFailureTest, TheLevelsDescribeTheirFailuresFirst) {
                                     "Fehler beim Vorbereiten des Schreibvorganges."),
                           EntryText(5, "BXReportFile Prozedur: GetFirstLine",
                                     "Fehler beim Ermitteln der ersten Zeile.")));
+}
+
+TEST(ReportFileWriteFailureTest, RowsBeforeAFailureStay) {
+  FailingEngine engine;
+  BXReportFile store(engine.context);
+  for (const char* line : {"[A]", "X=1", "Y=2"}) store.AddLine(line);
+  engine.loop.FailAt(5, kInvalidCall);
+  EXPECT_EQ(FailureNumber([&] { store.GetFirstLine(); }), kInvalidCall);
+  EXPECT_THAT(AllLines(store), ElementsAre("[A]", " X=1"));
 }
 
 }  // namespace
