@@ -201,6 +201,13 @@ TEST_F(ReportFileWriteTest, AFailureOfTheFirstLineIsReported) {
   EXPECT_THAT(Entries(errors_), IsEmpty());
 }
 
+TEST(ReportFileBlocksTest, SectionsAreNoPartOfThem) {
+  const TestEngine engine;
+  const auto tree = ReadLines(engine.context, {"[A]", "X=1", "Y=1", "{", "[P]", "[Q]", "}"});
+  EXPECT_THAT(WriteBlocks(engine.context, tree),
+              ElementsAre("[A]", " X=1", " Y=1", "  {", "  [P]", "   {", "   }", "  [Q]", "  }"));
+}
+
 TEST(ReportFileWriteFailureTest, TheLevelsDescribeTheirFailuresFirst) {
   FailingEngine engine;
   BXReportFile store(engine.context);
