@@ -217,13 +217,12 @@ bool ResultFilesAreWritable(const CommandLine& line, const CommandSurroundings& 
 // which only has to stay.
 void PrepareHeapFor(const CommandLine& line, FileSystem& files) {
   constexpr std::size_t kBytesPerByte = 8;
-  constexpr std::size_t kMostBytes = std::size_t{4} << 20;
   if (line.command != CommandId::kDiff && line.command != CommandId::kConvert) {
     return PrepareHeap(0);
   }
   try {
     const std::size_t size = files.OpenForReading(OperandPath(line, 0))->SizeHint();
-    PrepareHeap(std::min(size, kMostBytes / kBytesPerByte) * kBytesPerByte);
+    PrepareHeap(size * kBytesPerByte);
   } catch (const Failure&) {
     // The operation itself tells of it.
   }

@@ -1,6 +1,5 @@
-// A block of the wanted size is taken from the heap, given its pages and put back, from where
-// smaller blocks are then cut. The C library would neither take so large a block from the heap nor
-// keep it there by itself.
+// The heap is grown at once by what is wanted. The pages of a little are got in one go, for much
+// the system is told to use huge pages, which come one by one but are few.
 
 #include "platform/heap.h"
 
@@ -10,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #endif
@@ -21,18 +21,21 @@ namespace tessary {
 void PrepareHeap(std::size_t bytes) noexcept {
   constexpr int kStep = 1 << 20;
   constexpr int kLargestFromHeap = 32 << 20;  // the most that the C library accepts
-  mallopt(M_TOP_PAD, kStep);
+  constexpr std::size_t kLittle = std::size_t{4} << 20;
+  constexpr std::size_t kMost = std::size_t{1} << 30;
   mallopt(M_MMAP_THRESHOLD, kLargestFromHeap);
-  mallopt(M_TRIM_THRESHOLD, 2 * kLargestFromHeap);
+  mallopt(M_TRIM_THRESHOLD, INT_MAX);
 
-  const std::size_t size = std::min(bytes, std::size_t{kLargestFromHeap} / 2);
-  void* const block = std::malloc(size);
+  const std::size_t size = std::min(bytes, kMost);
+  mallopt(M_TOP_PAD, static_cast<int>(size));
+  void* const block = std::malloc(kStep);
+  mallopt(M_TOP_PAD, kStep);
   if (block == nullptr) return;
   const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
   const auto begin = (reinterpret_cast<std::uintptr_t>(block) + page - 1) / page * page;
-  const auto end = (reinterpret_cast<std::uintptr_t>(block) + size) / page * page;
   // An older kernel refuses this and gives the pages one by one later.
-  if (begin < end) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_POPULATE_WRITE);
+  madvise(reinterpret_cast<void*>(begin), size / page * page,
+          size <= kLittle ? MADV_POPULATE_WRITE : MADV_HUGEPAGE);
   std::free(block);
 }
 

@@ -30,7 +30,7 @@ long PageFaults() {
 
 TEST(Heap, PagesAreThereBeforeTheyAreNeeded) {
   if (madvise(nullptr, 0, MADV_POPULATE_WRITE) != 0) GTEST_SKIP() << "too old a kernel";
-  PrepareHeap(std::size_t{8} << 20);
+  PrepareHeap(std::size_t{4} << 20);
   const long before = PageFaults();
   const auto blocks = FilledBlocks(1024);
   EXPECT_LT(PageFaults() - before, 256) << "1,024 pages were filled";
