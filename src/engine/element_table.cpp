@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 #include "engine/element_index.h"
 #include "engine/find_element.h"
@@ -29,6 +30,34 @@ std::vector<std::uint32_t> FlatOrder(std::size_t count) {
   std::vector<std::uint32_t> slots(count);
   std::iota(slots.begin(), slots.end(), 0u);
   return slots;
+}
+
+// The slots in row order and behind them the others of `count`, which are those of deleted rows.
+std::vector<std::uint32_t> AllSlots(const RowOrder& order, std::size_t count) {
+  std::vector<std::uint32_t> slots = order.Slots();
+  if (slots.size() == count) return slots;
+  std::vector<bool> is_row(count);
+  for (const std::uint32_t slot : slots) is_row[slot] = true;
+  slots.reserve(count);
+  for (std::uint32_t slot = 0; slot < count; ++slot) {
+    if (!is_row[slot]) slots.push_back(slot);
+  }
+  return slots;
+}
+
+// Moves to `first` what belongs there, to where that was what belongs there, and so on round to
+// `first`. from[place] is where the element of a place is; the place itself once it is there.
+void MoveRound(std::vector<Element>& elements, std::vector<std::uint32_t>& from,
+               std::uint32_t first) {
+  if (from[first] == first) return;
+  Element displaced = std::move(elements[first]);
+  std::uint32_t place = first;
+  while (from[place] != first) {
+    elements[place] = std::move(elements[from[place]]);
+    place = std::exchange(from[place], place);
+  }
+  elements[place] = std::move(displaced);
+  from[place] = place;
 }
 
 bool SameIdentity(const TextPool& pool, const ElementKey& a, const ElementKey& b) {
@@ -168,13 +197,12 @@ void ElementTable::SetChild(std::int32_t row, Ref<Level> child) {
 
 void ElementTable::Settle() {
   if (!order_) return;
-  const std::vector<std::uint32_t> in_order = order_->Slots();
-  std::vector<Element> settled;
-  settled.reserve(in_order.size());
-  for (const std::uint32_t slot : in_order) settled.push_back(std::move(slots_[slot]));
   DropIndex();
+  const std::uint32_t rows = order_->size();
+  std::vector<std::uint32_t> from = AllSlots(*order_, slots_.size());
   order_.reset();
-  slots_ = std::move(settled);
+  for (std::uint32_t row = 0; row < rows; ++row) MoveRound(slots_, from, row);
+  slots_.erase(slots_.begin() + static_cast<std::ptrdiff_t>(rows), slots_.end());
 }
 
 void ElementTable::DropIndex() const {
