@@ -82,6 +82,8 @@ class ElementTable : public RefCounted {
   // Changes whenever rows stand or are named differently than before; appending does not count.
   std::uint32_t rearrangements() const { return rearrangements_; }
 
+  // Makes room for so many rows in all. Changes nothing that can be seen.
+  void Reserve(std::size_t rows) { slots_.reserve(rows); }
   // Gives back what only further searches would need. Changes nothing that can be seen.
   void EndSearches() { DropIndex(); }
 

@@ -16,7 +16,7 @@ namespace tessary {
 namespace {
 
 constexpr std::size_t kBlockSize = 64 * 1024;
-constexpr std::size_t kFirstTableSize = 256;
+constexpr std::size_t kFirstTableSize = 4096;
 constexpr std::int32_t kNumberLimit = 1 << 20;
 
 std::uint64_t Mix(std::uint64_t a, std::uint64_t b) {
@@ -54,18 +54,17 @@ bool IsFoldedAscii(std::string_view text) {
 
 }  // namespace
 
-TextPool::TextPool() : table_(kFirstTableSize) { Insert({}, Hash({}), Hash({}) % kFirstTableSize); }
+TextPool::TextPool() : table_(kFirstTableSize) { Insert({}, Hash({}) % kFirstTableSize); }
 
 TextPool::~TextPool() = default;
 
 Symbol TextPool::InternFilled(std::string_view text) {
-  const std::uint32_t hash = Hash(text);
   const std::size_t mask = table_.size() - 1;
-  for (std::size_t slot = hash & mask;; slot = (slot + 1) & mask) {
+  for (std::size_t slot = Hash(text) & mask;; slot = (slot + 1) & mask) {
     const std::uint32_t number = table_[slot];
-    if (number == 0) return Insert(Keep(text), hash, slot);
-    const Entry& entry = entries_[number - 1];
-    if (entry.hash == hash && entry.text.size() == text.size() && SameBytes(entry.text, text)) {
+    if (number == 0) return Insert(Keep(text), slot);
+    const std::string_view known = entries_[number - 1].text();
+    if (known.size() == text.size() && SameBytes(known, text)) {
       return static_cast<Symbol>(number - 1);
     }
   }
@@ -79,10 +78,12 @@ Symbol TextPool::InternNumber(std::int32_t number) {
   return numbers_[place];
 }
 
-Symbol TextPool::Insert(std::string_view text, std::uint32_t hash, std::size_t slot) {
+Symbol TextPool::Insert(std::string_view text, std::size_t slot) {
   if (entries_.size() >= std::numeric_limits<std::uint32_t>::max() - 1) throw Failure(kOutOfMemory);
   const auto symbol = static_cast<Symbol>(entries_.size());
-  entries_.push_back({text, hash, symbol});
+  const auto size = static_cast<std::uint32_t>(text.size());
+  if (size != text.size()) throw Failure(kOutOfMemory);
+  entries_.push_back({text.data(), size, symbol});
   table_[slot] = static_cast<std::uint32_t>(entries_.size());
   if (2 * entries_.size() > table_.size()) GrowTable();
   if (!IsFoldedAscii(text)) entries_[Index(symbol)].fold = FoldOf(text, symbol);
@@ -98,7 +99,7 @@ void TextPool::GrowTable() {
   std::vector<std::uint32_t> larger(2 * table_.size());
   const std::size_t mask = larger.size() - 1;
   for (std::uint32_t number = 1; number <= entries_.size(); ++number) {
-    std::size_t slot = entries_[number - 1].hash & mask;
+    std::size_t slot = Hash(entries_[number - 1].text()) & mask;
     while (larger[slot] != 0) slot = (slot + 1) & mask;
     larger[slot] = number;
   }

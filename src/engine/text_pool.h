@@ -30,7 +30,7 @@ class TextPool : public RefCounted {
   Symbol InternNumber(std::int32_t number);
 
   // The text of a symbol; valid as long as the pool.
-  std::string_view Text(Symbol symbol) const { return entries_[Index(symbol)].text; }
+  std::string_view Text(Symbol symbol) const { return entries_[Index(symbol)].text(); }
 
   // The symbol that stands for all texts that equal this one without regard to case.
   Symbol Fold(Symbol symbol) const { return entries_[Index(symbol)].fold; }
@@ -44,15 +44,18 @@ class TextPool : public RefCounted {
   std::string_view Adopt(std::string buffer);
 
  private:
+  // There are very many of these in a large report.
   struct Entry {
-    std::string_view text;
-    std::uint32_t hash;
+    const char* data;
+    std::uint32_t size;
     Symbol fold;
+
+    std::string_view text() const { return {data, size}; }
   };
 
   Symbol InternFilled(std::string_view text);
   static std::size_t Index(Symbol symbol) { return static_cast<std::size_t>(symbol); }
-  Symbol Insert(std::string_view text, std::uint32_t hash, std::size_t slot);
+  Symbol Insert(std::string_view text, std::size_t slot);
   Symbol FoldOf(std::string_view text, Symbol self);
   void GrowTable();
   bool IsAdopted(std::string_view text) const;

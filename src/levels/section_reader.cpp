@@ -8,6 +8,7 @@
 
 #include "levels/section_reader.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
@@ -55,8 +56,10 @@ constexpr auto kStops = [] {
 class SectionReader {
  public:
   // `other`: of another release, or null.
-  SectionReader(LevelBase& list, std::int32_t level, const FileSections* other)
+  SectionReader(LevelBase& list, std::string_view text, std::int32_t level,
+                const FileSections* other)
       : list_(list),
+        text_(text),
         level_(level),
         stops_(kStops[static_cast<std::size_t>(level)]),
         other_(other) {}
@@ -107,6 +110,7 @@ class SectionReader {
 
  private:
   void BeginSection(const LineWalker& line) {
+    if (++count_ == kMany) ReserveForRest(line);
     contents_ = line.end();
     last_type_ = line.type();
     previous_ = {};
@@ -119,6 +123,14 @@ class SectionReader {
     }
     first_line_ = line.count();
     sections_.push_back({Between(line.begin(), line.end()), 0, true});
+  }
+
+  // A long list would be moved as often as it grows, and what it leaves behind is of little use.
+  // How many elements there will be is a guess, so not much is staked on it.
+  void ReserveForRest(const LineWalker& line) {
+    const auto read = static_cast<std::size_t>(line.end() - text_.data());
+    const std::size_t guess = kMany + (text_.size() - read) / (read / kMany) * 17 / 16;
+    list_.ElementArray()->Reserve(std::min(guess, text_.size() / kFewestBytes));
   }
 
   // Lines below a property, which can have a value, are read at once; hardly any report has them.
@@ -173,11 +185,16 @@ class SectionReader {
     if (row != 0) sections_[static_cast<std::size_t>(row) - 1].stands_alone = false;
   }
 
+  static constexpr std::size_t kMany = 1024;
+  static constexpr std::size_t kFewestBytes = 16;
+
   LevelBase& list_;
+  const std::string_view text_;
   const std::int32_t level_;
   const FirstLetters& stops_;
   const FileSections* other_;
   std::int32_t next_of_other_ = 1;
+  std::size_t count_ = 0;  // of elements
   OwnerFields owner_fields_;
   std::vector<FileSections::Section> sections_;  // of level 0
   std::int64_t first_line_ = 0;                  // of the last one
@@ -215,14 +232,14 @@ bool ReadLines(LineWalker& line, std::string_view text, std::int32_t level, Sect
 void ReadSection(LevelBase& list, std::string_view text) {
   const std::int32_t level = list.ClassNumber();
   LineWalker line(text, level == 0 ? 0 : level - 1);
-  SectionReader reader(list, level, nullptr);
+  SectionReader reader(list, text, level, nullptr);
   ReadLines(line, text, level, reader, nullptr);
 }
 
 std::int32_t ReadReportText(LevelBase& list, std::string_view text, const EngineContext& context,
                             std::int64_t& line_count, FileSections& sections) {
   LineWalker line(text, 0);
-  SectionReader reader(list, 0, sections.elements ? &sections : nullptr);
+  SectionReader reader(list, text, 0, sections.elements ? &sections : nullptr);
   if (!ReadLines(line, text, 0, reader, &context)) {
     sections = {};
     return -1;

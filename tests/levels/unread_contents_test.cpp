@@ -48,6 +48,25 @@ TEST(UnreadContents, AreReadOneListAtATime) {
   EXPECT_EQ(engine.context->ChildOf(*lines, 1)->ElementArray()->rows(), 2);
 }
 
+// How long a list becomes is guessed from its beginning.
+TEST(UnreadContents, GiveListsOfAnyLength) {
+  constexpr int kMany = 3000;
+  for (const std::size_t first_size : {std::size_t{0}, std::size_t{400}}) {
+    Lines sections;
+    Lines properties = {"[S]"};
+    for (int n = 0; n < kMany; ++n) {
+      const std::string filling(n < kMany / 2 ? first_size : 400 - first_size, 'x');
+      sections.push_back("[" + std::to_string(n) + filling + "]");
+      properties.push_back(std::to_string(n) + filling + "=");
+    }
+    for (const Lines& lines : {sections, properties}) {
+      const TestEngine engine;
+      EXPECT_EQ(Dump(ReadFileOfLines(engine.context, lines)),
+                Dump(ReadLines(engine.context, lines)));
+    }
+  }
+}
+
 TEST(UnreadContents, CanBeLookedAtWithoutKeepingTheLevel) {
   const TestEngine engine;
   const auto tree = ReadFileOfLines(engine.context, {"[A]", "X=1", "[B]"});
