@@ -26,7 +26,8 @@ void PrepareHeap(std::size_t bytes) noexcept {
   mallopt(M_MMAP_THRESHOLD, kLargestFromHeap);
   mallopt(M_TRIM_THRESHOLD, INT_MAX);
 
-  const std::size_t size = std::min(bytes, kMost);
+  // Where pages come only when they are needed, there may be some to spare.
+  const std::size_t size = bytes <= kLittle ? bytes : std::min(2 * bytes, kMost);
   mallopt(M_TOP_PAD, static_cast<int>(size));
   void* const block = std::malloc(kStep);
   mallopt(M_TOP_PAD, kStep);
