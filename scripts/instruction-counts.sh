@@ -41,7 +41,7 @@ own_instructions() {
     /^c?fn=/ && !/^fn=/ { id = $1; sub(/^cfn=/, "", id); if (NF > 1) own[id] = /tessary::/ }
     /^calls=/ { getline; next }
     /^[0-9+*-]/ { if (counted) sum += $2 }
-    END { printf "%d\n", sum }' "$work/profile"
+    END { printf "%.0f\n", sum }' "$work/profile"
 }
 
 # reports NAME SHAPE LINES CHANGES: makes a folder of reports, with the difference file in it.
