@@ -20,5 +20,5 @@ sanitizer_packages=(clang libclang-rt-14-dev)
 windows_packages=(lld g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest
   wine wine64 wine64-tools libwine libwine-dev faketime xvfb fonts-liberation fonts-wine)
 bench_packages=(libbenchmark-dev python3 diffutils patch git strace time valgrind)
-count_packages=(valgrind time)
+count_packages=(valgrind python3)
 package_packages=(python3 cmark-gfm zip unzip nsis file)

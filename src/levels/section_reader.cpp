@@ -78,8 +78,9 @@ class SectionReader {
   }
 
   // Takes the whole section that begins with this line; false where it has to be read line by line.
-  bool TakeOver(LineWalker& line, const char* text_end) {
+  bool TakeOver(LineWalker& line) {
     const FileSections::Section* known = NextOfOther();
+    const char* const text_end = text_.data() + text_.size();
     if (!known || !Between(line.begin(), text_end).starts_with(known->text)) return false;
     const Element& element = other_->elements->Row(next_of_other_++);
     list_.AddAsRead(element.key.Identity());
@@ -207,23 +208,22 @@ class SectionReader {
 };
 
 // False when the text is not well nested or has lines with a status.
-bool ReadLines(LineWalker& line, std::string_view text, std::int32_t level, SectionReader& reader,
+bool ReadLines(LineWalker& line, std::int32_t level, SectionReader& reader,
                const EngineContext* context) {
   NestingCheck nesting(level);
-  const char* const text_end = text.data() + text.size();
   while (line.Next()) {
     if (context) context->Yield();
     if (!nesting.Takes(line)) return false;
     if (line.type() == bxltUnknown) continue;
     if (line.level() == level) {
       reader.EndSection(line.begin());
-      if (reader.TakeOver(line, text_end)) continue;
+      if (reader.TakeOver(line)) continue;
     }
     if (MayHaveStatus(line.line())) return false;
     reader.Take(line);
     if (line.type() == bxltProperty && line.level() > level) reader.SkipContents(line);
   }
-  reader.EndSection(text_end);
+  reader.EndSection(line.end());
   return true;
 }
 
@@ -233,14 +233,14 @@ void ReadSection(LevelBase& list, std::string_view text) {
   const std::int32_t level = list.ClassNumber();
   LineWalker line(text, level == 0 ? 0 : level - 1);
   SectionReader reader(list, text, level, nullptr);
-  ReadLines(line, text, level, reader, nullptr);
+  ReadLines(line, level, reader, nullptr);
 }
 
 std::int32_t ReadReportText(LevelBase& list, std::string_view text, const EngineContext& context,
                             std::int64_t& line_count, FileSections& sections) {
   LineWalker line(text, 0);
   SectionReader reader(list, text, 0, sections.elements ? &sections : nullptr);
-  if (!ReadLines(line, text, 0, reader, &context)) {
+  if (!ReadLines(line, 0, reader, &context)) {
     sections = {};
     return -1;
   }
