@@ -93,39 +93,54 @@ std::string_view ReasonText(SkipReason reason) { return WordsOf(reason).text; }
 
 std::string_view ReasonId(SkipReason reason) { return WordsOf(reason).id; }
 
-ConversionObserver* ChangeJournal::Begin(const ConversionStep& step) {
-  place_.clear();
-  current_ = {.step = step};
-  return this;
+// Collects what belongs to one step, and adds it to the journal at the step's end.
+class ChangeJournal::Step : public StepObserver {
+ public:
+  Step(ChangeJournal& journal, const ConversionStep& step)
+      : journal_(journal), collected_{.step = step} {}
+
+  void Enter(const ElementTexts& element) override { place_.push_back(LabelOf(element)); }
+  void Leave() override { place_.pop_back(); }
+
+  void Applied(BXStatus status, const ElementTexts& element, std::string_view old_value,
+               std::string_view new_value) override {
+    ++collected_.applied;
+    Keep(status, element, old_value, new_value, std::nullopt);
+  }
+
+  void Skipped(BXStatus status, const ElementTexts& element, std::string_view new_value,
+               SkipReason reason) override {
+    ++collected_.skipped;
+    Keep(status, element, {}, new_value, reason);
+  }
+
+  void End(bool done) override {
+    if (!done) collected_ = {.step = std::move(collected_.step)};
+    collected_.done = done;
+    journal_.Add(std::move(collected_));
+  }
+
+ private:
+  void Keep(BXStatus status, const ElementTexts& element, std::string_view old_value,
+            std::string_view new_value, std::optional<SkipReason> skipped) {
+    if (!journal_.keep_details_) return;
+    collected_.changes.push_back({status, place_, LabelOf(element), std::string(old_value),
+                                  std::string(new_value), skipped});
+  }
+
+  ChangeJournal& journal_;
+  JournalStep collected_;
+  std::vector<std::string> place_;
+};
+
+std::unique_ptr<StepObserver> ChangeJournal::Begin(const ConversionStep& step) {
+  return std::make_unique<Step>(*this, step);
 }
 
-void ChangeJournal::End(bool written) {
-  current_.done = written;
-  if (!written) current_ = {.step = std::move(current_.step)};
-  counts_.applied += current_.applied;
-  counts_.skipped += current_.skipped;
-  steps_.push_back(std::move(current_));
-}
-
-void ChangeJournal::Enter(const ElementTexts& element) { place_.push_back(LabelOf(element)); }
-
-void ChangeJournal::Applied(BXStatus status, const ElementTexts& element,
-                            std::string_view old_value, std::string_view new_value) {
-  ++current_.applied;
-  Keep(status, element, old_value, new_value, std::nullopt);
-}
-
-void ChangeJournal::Skipped(BXStatus status, const ElementTexts& element,
-                            std::string_view new_value, SkipReason reason) {
-  ++current_.skipped;
-  Keep(status, element, {}, new_value, reason);
-}
-
-void ChangeJournal::Keep(BXStatus status, const ElementTexts& element, std::string_view old_value,
-                         std::string_view new_value, std::optional<SkipReason> skipped) {
-  if (!keep_details_) return;
-  current_.changes.push_back(
-      {status, place_, LabelOf(element), std::string(old_value), std::string(new_value), skipped});
+void ChangeJournal::Add(JournalStep step) {
+  counts_.applied += step.applied;
+  counts_.skipped += step.skipped;
+  steps_.push_back(std::move(step));
 }
 
 std::string JournalText(const ChangeJournal& journal, const std::string& command, bool dry_run,

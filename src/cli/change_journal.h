@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "engine/conversion_observer.h"
 #include "manager/user_interface.h"
 
 namespace tessary {
@@ -37,30 +37,22 @@ struct ChangeCounts {
 
 // Listens to conversions: counts what was applied and what did nothing, and keeps the details where
 // they are wanted. A step that fails leaves the report as it was, so its differences do not count.
-class ChangeJournal : public StepObserver, private ConversionObserver {
+class ChangeJournal : public StepObservers {
  public:
   explicit ChangeJournal(bool keep_details) : keep_details_(keep_details) {}
 
   const ChangeCounts& counts() const { return counts_; }
   const std::vector<JournalStep>& steps() const { return steps_; }
 
-  ConversionObserver* Begin(const ConversionStep& step) override;
-  void End(bool written) override;
+  std::unique_ptr<StepObserver> Begin(const ConversionStep& step) override;
 
  private:
-  void Enter(const ElementTexts& element) override;
-  void Leave() override { place_.pop_back(); }
-  void Applied(BXStatus status, const ElementTexts& element, std::string_view old_value,
-               std::string_view new_value) override;
-  void Skipped(BXStatus status, const ElementTexts& element, std::string_view new_value,
-               SkipReason reason) override;
-  void Keep(BXStatus status, const ElementTexts& element, std::string_view old_value,
-            std::string_view new_value, std::optional<SkipReason> skipped);
+  class Step;
+
+  void Add(JournalStep step);
 
   const bool keep_details_;
   ChangeCounts counts_;
-  JournalStep current_;
-  std::vector<std::string> place_;
   std::vector<JournalStep> steps_;
 };
 

@@ -26,7 +26,7 @@ struct Surroundings {
   UserInterface& user;
   MessageLoop* loop = nullptr;
   RunNotices* notices = nullptr;
-  StepObserver* steps = nullptr;
+  StepObservers* steps = nullptr;
   FolderWait folder_wait = {};
 };
 

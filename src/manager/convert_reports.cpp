@@ -22,20 +22,19 @@ std::string VersionsText(const DiffFileName& versions) {
 // Tells an observer of a step and, whichever way it is left, of its end.
 class ObservedStep {
  public:
-  ObservedStep(StepObserver* steps, const ConversionStep& step)
-      : steps_(steps), observer_(steps ? steps->Begin(step) : nullptr) {}
+  ObservedStep(StepObservers* steps, const ConversionStep& step)
+      : observer_(steps ? steps->Begin(step) : nullptr) {}
   ObservedStep(const ObservedStep&) = delete;
   ObservedStep& operator=(const ObservedStep&) = delete;
   ~ObservedStep() {
-    if (steps_) steps_->End(done_);
+    if (observer_) observer_->End(done_);
   }
 
-  ConversionObserver* observer() const { return observer_; }
+  ConversionObserver* observer() const { return observer_.get(); }
   void SetDone() { done_ = true; }
 
  private:
-  StepObserver* steps_;
-  ConversionObserver* observer_;
+  std::unique_ptr<StepObserver> observer_;
   bool done_ = false;
 };
 

@@ -5,13 +5,12 @@
 #include <string>
 #include <string_view>
 
+#include "engine/conversion_observer.h"
 #include "manager/result_log.h"
 
 // How the manager talks to whoever sits in front of the screen.
 
 namespace tessary {
-
-class ConversionObserver;
 
 // The window that shows the step at which an operation is. It goes away when it is destroyed.
 class ProgressWindow {
@@ -69,14 +68,22 @@ struct ConversionStep {
   std::int32_t new_version = 0;
 };
 
-// Hears of each step that a conversion makes.
-class StepObserver {
+// Hears of one step that a conversion makes: of its differences, and of its end.
+class StepObserver : public ConversionObserver {
  public:
-  virtual ~StepObserver() = default;
-  // A step begins; who shall hear of its differences, or null.
-  virtual ConversionObserver* Begin(const ConversionStep& step) = 0;
-  // It has ended: `done` when it succeeded, otherwise the report is what it was.
+  // `done` when the step succeeded, otherwise the report is what it was. Called on the thread of
+  // the operation, in the order of the steps.
   virtual void End(bool done) = 0;
+};
+
+// Gives each step that a conversion makes an observer.
+class StepObservers {
+ public:
+  virtual ~StepObservers() = default;
+  // Who shall hear of a step, or null. A step may be begun long before its turn and on another
+  // thread, where only its own observer hears of it; one that is given up there gets no End, and
+  // is begun anew with another observer.
+  virtual std::unique_ptr<StepObserver> Begin(const ConversionStep& step) = 0;
 };
 
 }  // namespace tessary
