@@ -69,9 +69,9 @@ void Save(const Surroundings& around, const std::string& folder, const std::stri
           const std::string& report, std::vector<std::string>& kept) {
   constexpr int kMostAttempts = 100;
   for (int attempt = 1; attempt <= kMostAttempts; ++attempt) {
+    if (around.files.AddCopy(report, JoinPath(folder, file_name))) return;
     std::string name = KeepOlderCopy(around, folder, file_name, report);
     if (!name.empty()) kept.push_back(std::move(name));
-    if (around.files.AddCopy(report, JoinPath(folder, file_name))) return;
   }
   throw Failure(kFileExists);
 }

@@ -207,11 +207,11 @@ TEST_F(ConvertReportTest, EveryStepHasItsExit) {
     const char* inner;
     const char* message;
   } rows[] = {
-      {"difference file", FileCall::kOpenForReading, 2, kPermissionDenied, "ReadFile",
+      {"difference file", FileCall::kOpenForReading, 1, kPermissionDenied, "ReadFile",
        "Fehler beim Öffnen der Datei 3_4Rechnung", "Fehler beim Lesen der Datei 3_4Rechnung"},
       {"difference file breaks off", FileCall::kRead, 1, kDeviceError, "ReadFile",
        "Fehler beim Lesen aus der Datei 3_4Rechnung", "Fehler beim Lesen der Datei 3_4Rechnung"},
-      {"report", FileCall::kOpenForReading, 3, kPermissionDenied, "ReadFile",
+      {"report", FileCall::kOpenForReading, 2, kPermissionDenied, "ReadFile",
        "Fehler beim Öffnen der Datei Kopie.lst", "Fehler beim Lesen der Datei Kopie.lst"},
       {"opening", FileCall::kOpenForReplacing, 1, kPermissionDenied, "WriteFile",
        "Fehler beim Öffnen der Datei Kopie.lst", "Fehler beim Schreiben in die Datei Kopie.lst"},
@@ -220,7 +220,6 @@ TEST_F(ConvertReportTest, EveryStepHasItsExit) {
       {"committing", FileCall::kCommit, 1, kDiskFull, "WriteFile",
        "Fehler beim Schreiben in Datei Kopie.lst", "Fehler beim Schreiben in die Datei Kopie.lst"},
   };
-  // The first file opened is an older copy, if there is one.
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     StartAnew();
