@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstring>
 #include <iterator>
 
 #include "platform/ascii_run.h"
@@ -70,18 +71,20 @@ std::string DecodeWindows1252(std::string bytes) {
   return text;
 }
 
-std::string EncodeWindows1252(std::string_view text) {
-  std::string bytes;
-  bytes.reserve(text.size());
-  for (std::size_t pos = 0; pos < text.size();) {
-    const std::size_t end = AsciiRunEnd(text, pos);
-    bytes.append(text, pos, end - pos);
-    if (end == text.size()) break;
-    const Utf8Character character = DecodeUtf8(text, end);
-    bytes.push_back(ByteOf(text, end, character));
-    pos = end + character.length;
+// No character becomes longer, so the bytes fit where the text was.
+std::string EncodeWindows1252(std::string text) {
+  std::size_t end = AsciiRunEnd(text, 0);  // of the bytes
+  for (std::size_t pos = end; pos < text.size();) {
+    const Utf8Character character = DecodeUtf8(text, pos);
+    text[end++] = ByteOf(text, pos, character);
+    pos += character.length;
+    const std::size_t run = AsciiRunEnd(text, pos) - pos;
+    std::memmove(text.data() + end, text.data() + pos, run);
+    end += run;
+    pos += run;
   }
-  return bytes;
+  text.resize(end);
+  return text;
 }
 
 }  // namespace tessary

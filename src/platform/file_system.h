@@ -101,6 +101,10 @@ class FileSystem {
   // empty when there is no such file.
   virtual std::string IdentityOf(const std::string& path);
 
+  // A text that is another one once the file is another one or has been written to, as far as the
+  // system's clock tells; empty where that cannot be told, or when there is no such file.
+  virtual std::string StampOf(const std::string&) { return {}; }
+
   // True when both paths name one folder, by whatever name; equal paths do even where there is
   // none.
   virtual bool SameFolder(const std::string& a, const std::string& b);
@@ -123,7 +127,7 @@ std::string ReadBeginning(FileReader& file, std::size_t size);
 // True when both files hold the same bytes from where they have been read to on.
 bool SameBytes(FileReader& a, FileReader& b);
 
-// The file system of this computer; lives as long as the process.
+// The file system of this computer; lives as long as the process. Several threads may use it.
 FileSystem& SystemFiles();
 
 }  // namespace tessary

@@ -47,7 +47,7 @@ std::string DecodeWindows1252(std::string bytes);
 
 // Raises Failure 5 with a text naming the character when `text` holds one that the code page
 // lacks, or is not well-formed.
-std::string EncodeWindows1252(std::string_view text);
+std::string EncodeWindows1252(std::string text);
 
 // `text` with every ill-formed sequence replaced by U+FFFD, one per maximal subpart; for showing
 // names that are arbitrary bytes.

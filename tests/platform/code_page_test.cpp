@@ -44,7 +44,7 @@ TEST(CodePageTest, Decodes) {
 
 std::string DescriptionOfFailure(std::string_view text) {
   try {
-    return "no failure: " + EncodeWindows1252(text);
+    return "no failure: " + EncodeWindows1252(std::string(text));
   } catch (const Failure& failure) {
     EXPECT_EQ(failure.number(), kInvalidCall);
     return failure.description();

@@ -77,6 +77,7 @@ class FailingFiles : public FileSystem {
   }
   void RemoveLeftovers(const std::string& folder) override { inner_.RemoveLeftovers(folder); }
   std::string IdentityOf(const std::string& path) override { return inner_.IdentityOf(path); }
+  std::string StampOf(const std::string& path) override { return inner_.StampOf(path); }
   bool SameFolder(const std::string& a, const std::string& b) override {
     return inner_.SameFolder(a, b);
   }

@@ -219,6 +219,10 @@ std::unique_ptr<FolderLock> MemoryFiles::TryLockFolder(const std::string& folder
   return is_free ? std::make_unique<Lock>(*this, *place) : nullptr;
 }
 
+std::string MemoryFiles::StampOf(const std::string& path) {
+  return FileExists(path) ? Resolved(path) + "\n" + Existing(path) : std::string();
+}
+
 std::string MemoryFiles::IdentityOf(const std::string& path) {
   return FileExists(path) ? Resolved(path) : std::string();
 }

@@ -46,6 +46,8 @@ class MemoryFiles : public FileSystem {
   std::unique_ptr<FolderLock> TryLockFolder(const std::string& folder) override;
   void RemoveLeftovers(const std::string& folder) override;
   std::string IdentityOf(const std::string& path) override;
+  // Tells contents apart, which is more than the real one can.
+  std::string StampOf(const std::string& path) override;
   std::string ReadProfileString(const std::string& path, std::string_view section,
                                 std::string_view key) override;
 

@@ -25,6 +25,7 @@ void PrepareHeap(std::size_t bytes) noexcept {
   constexpr std::size_t kMost = std::size_t{1} << 30;
   mallopt(M_MMAP_THRESHOLD, kLargestFromHeap);
   mallopt(M_TRIM_THRESHOLD, INT_MAX);
+  mallopt(M_ARENA_MAX, 1);  // for all threads
 
   // Where pages come only when they are needed, there may be some to spare.
   const std::size_t size = bytes <= kLittle ? bytes : std::min(2 * bytes, kMost);

@@ -184,6 +184,17 @@ class PosixFileSystem final : public FileSystem {
     return std::to_string(status.st_dev) + " " + std::to_string(status.st_ino);
   }
 
+  std::string StampOf(const std::string& path) override {
+    struct stat status;
+    if (!StatusOf(path, status) || S_ISDIR(status.st_mode)) return {};
+    std::string stamp;
+    for (const auto part :
+         {std::int64_t(status.st_dev), std::int64_t(status.st_ino), std::int64_t(status.st_size),
+          std::int64_t(status.st_mtim.tv_sec), std::int64_t(status.st_mtim.tv_nsec)})
+      stamp.append(std::to_string(part)).append(" ");
+    return stamp;
+  }
+
   bool SameFolder(const std::string& a, const std::string& b) override {
     if (FileSystem::SameFolder(a, b)) return true;
     struct stat one;

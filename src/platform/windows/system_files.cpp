@@ -196,6 +196,19 @@ class WindowsFileSystem final : public FileSystem {
            std::to_string(std::uint64_t{file.info.nFileIndexHigh} << 32 | file.info.nFileIndexLow);
   }
 
+  std::string StampOf(const std::string& path) override {
+    if (!FileExists(path)) return {};
+    OpenedFile file{TryOpen(NativePath(path), 0, kShareAll), {}};
+    if (!GetFileInformationByHandle(file.handle.get(), &file.info)) return {};
+    std::string stamp;
+    for (const DWORD part :
+         {file.info.dwVolumeSerialNumber, file.info.nFileIndexHigh, file.info.nFileIndexLow,
+          file.info.nFileSizeHigh, file.info.nFileSizeLow, file.info.ftLastWriteTime.dwHighDateTime,
+          file.info.ftLastWriteTime.dwLowDateTime})
+      stamp.append(std::to_string(part)).append(" ");
+    return stamp;
+  }
+
   bool SameFolder(const std::string& a, const std::string& b) override {
     if (FileSystem::SameFolder(a, b)) return true;
     if (!FolderExists(a) || !FolderExists(b)) return false;
