@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # The long forms of the reliability tests: every call to the system failing with every kind of
-# error, 100,000 reports in one process, and the end-to-end tests under valgrind; installs what is
-# missing. Takes about half an hour. Ends with "N passed, N failed".
+# error, 100,000 reports in one process, the end-to-end tests under valgrind, and threads under the
+# thread sanitizer; installs what is missing. Takes about half an hour. Ends with "N passed, N failed".
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 
-need_packages "${build_packages[@]}" "${test_packages[@]}" valgrind
+need_packages "${build_packages[@]}" "${test_packages[@]}" "${sanitizer_packages[@]}" valgrind
 export LC_ALL=C.UTF-8
 
 echo "== Building: release"
@@ -33,11 +33,16 @@ part() {
 
 tests=build/release/tests
 part "Failing calls" $tests/faults_tests --gtest_also_run_disabled_tests --gtest_filter='*FailingCalls*DISABLED*'
-part "Kills" $tests/faults_tests --gtest_filter='KillTest.*:*Vanishing*:*FullDisk*:SeveralRuns.*'
+part "Kills" $tests/faults_tests --gtest_filter='*KillTest*:*Vanishing*:*FullDisk*:SeveralRuns.*'
 part "Long run" $tests/faults_tests --gtest_also_run_disabled_tests --gtest_filter='LongRun.DISABLED*'
 # Reports of many megabytes take too long there and show nothing that small ones do not.
 part "Memory" valgrind --quiet --leak-check=full --errors-for-leak-kinds=definite,possible \
   --error-exitcode=9 --trace-children=no $tests/e2e_tests \
   --gtest_filter='-*TenMegabytes*:*TwoHundredThousand*:*MillionBraces*'
+cmake --preset tsan >/dev/null
+part "Building for the thread sanitizer" cmake --build --preset tsan --target platform_tests e2e_tests
+tests=build/tsan/tests
+part "Workers" $tests/platform_tests --gtest_filter='WorkersTest.*' --gtest_repeat=20
+part "Threads" $tests/e2e_tests --gtest_filter='WorkAheadRunTest.*' --gtest_repeat=5
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]

@@ -3,6 +3,7 @@
 #include "cli/command_line.h"
 #include "platform/console.h"
 #include "platform/file_system.h"
+#include "platform/workers.h"
 #include "ui/console/output.h"
 #include "ui/console/status_line.h"
 
@@ -14,6 +15,7 @@ struct CommandSurroundings {
   FileSystem& files;
   Output& output;
   StatusLine& messages;
+  Workers* workers;  // may be null
 };
 
 // The commands; each returns the exit code.

@@ -34,6 +34,12 @@ std::string FolderWithReports(const CommandLine& line) {
   return line.command == CommandId::kConvertFolder ? OperandPath(line, 1) : std::string();
 }
 
+// What a dry run works on is for one thread. A single thread has nobody to work ahead for it.
+Workers* WorkersFor(const CommandLine& line, const CommandSurroundings& around) {
+  const bool is_alone = !around.workers || around.workers->threads() == 0;
+  return line.dry_run || is_alone ? nullptr : around.workers;
+}
+
 // One run of an operation with all that it leaves behind.
 class OperationRun {
  public:
@@ -46,7 +52,11 @@ class OperationRun {
         notices_(around.messages, files),
         user_(around.messages, notices_, line.answer_on_backup_failure),
         journal_(!line.html.empty() || !line.journal.empty()),
-        manager_(log_, {.files = files, .user = user_, .notices = &notices_, .steps = &journal_}) {}
+        manager_(log_, {.files = files,
+                        .user = user_,
+                        .notices = &notices_,
+                        .steps = &journal_,
+                        .workers = WorkersFor(line, around)}) {}
 
   int Run() {
     if (line_.verify) notices_.CheckDifferences();

@@ -15,8 +15,9 @@ namespace {
 // Carries out one parsed command line; an overload for each thing that it can ask for.
 class Runner {
  public:
-  Runner(Console& console, FileSystem& files, Output& output, StatusLine& messages)
-      : console_(console), files_(files), output_(output), messages_(messages) {}
+  Runner(Console& console, FileSystem& files, Workers* workers, Output& output,
+         StatusLine& messages)
+      : console_(console), files_(files), workers_(workers), output_(output), messages_(messages) {}
 
   int operator()(const UsageError& error) {
     messages_.Print("tessary: " + error.sentence);
@@ -35,7 +36,7 @@ class Runner {
   }
 
   int operator()(const CommandLine& line) {
-    CommandSurroundings around{console_, files_, output_, messages_};
+    CommandSurroundings around{console_, files_, output_, messages_, workers_};
     switch (line.command) {
       case CommandId::kCheck:
         return Delivered(RunCheck(line, around));
@@ -63,6 +64,7 @@ class Runner {
 
   Console& console_;
   FileSystem& files_;
+  Workers* workers_;
   Output& output_;
   StatusLine& messages_;
 };
@@ -78,12 +80,13 @@ int RunGuarded(const ParsedCommandLine& parsed, Runner& runner, StatusLine& mess
 
 }  // namespace
 
-int RunTessary(const std::vector<std::string>& arguments, Console& console, FileSystem& files) {
+int RunTessary(const std::vector<std::string>& arguments, Console& console, FileSystem& files,
+               Workers* workers) {
   const ParsedCommandLine parsed = ParseCommandLine(arguments);
   const CommandLine* line = std::get_if<CommandLine>(&parsed);
   StatusLine messages(console, !line || !line->quiet);
   Output output(console);
-  Runner runner(console, files, output, messages);
+  Runner runner(console, files, workers, output, messages);
   const int exit_code = RunGuarded(parsed, runner, messages);
   if (output.Flush() == WriteOutcome::kFailed) {
     messages.Print("tessary: Die Ausgabe konnte nicht vollständig geschrieben werden.");

@@ -5,6 +5,7 @@
 
 #include "platform/console.h"
 #include "platform/file_system.h"
+#include "platform/workers.h"
 
 namespace tessary {
 
@@ -17,6 +18,8 @@ enum ExitCode : int {
 
 // Runs the tessary command with the arguments behind its name and returns its exit code. Results
 // go to standard output; warnings, progress and complaints to standard error. Raises nothing.
-int RunTessary(const std::vector<std::string>& arguments, Console& console, FileSystem& files);
+// With `workers`, which may be null, several threads use `files`.
+int RunTessary(const std::vector<std::string>& arguments, Console& console, FileSystem& files,
+               Workers* workers = nullptr);
 
 }  // namespace tessary

@@ -9,6 +9,7 @@
 
 #include "engine/procedure.h"
 #include "manager/operation_frame.h"
+#include "manager/preparation.h"
 #include "manager/read_warnings.h"
 #include "manager/report_io.h"
 #include "platform/path.h"
@@ -182,11 +183,10 @@ Ref<ElementTable> BXConvertLLMgr::ReadFile(const Ref<EngineContext>& context,
   return lines;
 }
 
-void BXConvertLLMgr::WriteFile(const Ref<EngineContext>& context, const std::string& path,
-                               const Ref<ElementTable>& lines, FileKind kind) {
+void BXConvertLLMgr::WriteFile(const std::string& path, const StepResult& result, FileKind kind) {
   bool damaged = false;
   try {
-    WriteReport(around_.files, context, path, lines, &damaged, kind);
+    WriteReport(around_.files, result.context, path, result.lines, &damaged, kind, result.encoded);
   } catch (const Failure&) {
     m_blnFileDamaged = damaged;
     throw;

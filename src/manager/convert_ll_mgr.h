@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -13,14 +14,16 @@
 #include "manager/folder_wait.h"
 #include "manager/result_log.h"
 #include "manager/user_interface.h"
+#include "manager/work_ahead.h"
 #include "platform/failure.h"
 #include "platform/file_system.h"
 #include "platform/message_loop.h"
+#include "platform/workers.h"
 
 namespace tessary {
 
 // What the manager needs of its surroundings. Everything must outlive the manager; `loop`,
-// `notices` and `steps` may be null.
+// `notices`, `steps` and `workers` may be null.
 struct Surroundings {
   FileSystem& files;
   UserInterface& user;
@@ -28,13 +31,20 @@ struct Surroundings {
   RunNotices* notices = nullptr;
   StepObservers* steps = nullptr;
   FolderWait folder_wait = {};
+  // Threads that work ahead; then several of them use `files`. With null, everything is done on the
+  // caller's thread.
+  Workers* workers = nullptr;
 };
 
+class ComparisonAhead;
+class ConversionAhead;
 enum class FileKind;
 enum class ListKind;
+struct ConversionPlan;
 struct DiffFileName;
 struct FileSections;
 struct ListedFile;
+struct StepResult;
 
 // True for the name of a report that a folder conversion shall leave out.
 using OmitReport = std::function<bool(const std::string& file_name)>;
@@ -122,17 +132,17 @@ class BXConvertLLMgr {
 
   Ref<ElementTable> ReadFile(const Ref<EngineContext>& context, const std::string& path,
                              FileSections* sections = nullptr);
-  void WriteFile(const Ref<EngineContext>& context, const std::string& path,
-                 const Ref<ElementTable>& lines, FileKind kind);
+  void WriteFile(const std::string& path, const StepResult& result, FileKind kind);
 
   // Creating difference files.
   Outcome ComparePair(Step& step, ReportPair& pair, const std::string& diff_folder);
   void CheckReport(Step& step, const std::string& path, std::string& name, std::int32_t& version,
                    std::string& reference);
   void CheckVersions(Step& step, const ReportPair& pair);
-  std::string WriteDifferences(Step& step, const Ref<EngineContext>& context,
-                               const ReportPair& pair, const std::string& diff_folder,
-                               const Ref<ElementTable>& lines);
+  void ShowComparing(const ReportPair& pair);
+  StepResult Compare(Step& step, const ReportPair& pair);
+  std::string WriteDifferences(Step& step, const ReportPair& pair, const std::string& diff_folder,
+                               const StepResult& result);
   void WarnOfSameName(const std::string& diff_name, const std::string& report);
   Outcome CompareFolders(Step& step, const std::string& old_folder, const std::string& new_folder,
                          const std::string& diff_folder);
@@ -143,9 +153,15 @@ class BXConvertLLMgr {
                      const std::string& wanted_backup_folder);
   Outcome BackUp(const std::string& report_path, std::string& backup_folder);
   DiffFileName CheckDifferenceFile(Step& step, const std::string& path);
-  void ApplyDifferences(Step& step, const std::string& report_path, const std::string& diff_path,
-                        const std::string& backup_folder, const DiffFileName& versions,
-                        ConversionObserver* observer);
+  std::unique_ptr<ConversionAhead> PrepareConversion(ConversionPlan plan);
+  void ConvertBy(Step& step, const ConversionStep& what, const std::string& versions,
+                 const std::string& backup_folder);
+  void ShowConverting(const ConversionStep& what, const std::string& versions);
+  std::optional<StepResult> ApplyDifferences(Step& step, const ConversionStep& what,
+                                             const std::string& versions,
+                                             ConversionObserver* observer);
+  void UpdateReport(Step& step, const ConversionStep& what, const std::string& versions,
+                    const std::string& backup_folder, const StepResult& result);
   Outcome ConvertFolder(Step& step, const std::string& diff_folder,
                         const std::string& report_folder, const std::string& wanted_backup_folder,
                         const OmitReport& omit);
@@ -157,6 +173,9 @@ class BXConvertLLMgr {
   ResultLog& log_;
   Surroundings around_;
   std::unique_ptr<ProgressWindow> m_frmProgress;
+  // What is done ahead for the step that comes next.
+  PostedWork<ComparisonAhead> comparison_ahead_;
+  PostedWork<ConversionAhead> conversion_ahead_;
   bool m_blnBatch = false;
   bool m_blnFileDamaged = false;
   std::unordered_map<std::string, std::string> batch_names_;  // difference-file name to old report

@@ -2,13 +2,17 @@
 // one to the other, writing the report back. A folder run applies to each report the chain of
 // difference files that leads on from its version, one step after the other.
 
+#include <algorithm>
+
 #include "levels/level_factory.h"
 #include "manager/backup.h"
 #include "manager/convert_ll_mgr.h"
 #include "manager/file_lists.h"
 #include "manager/operation_frame.h"
+#include "manager/preparation.h"
 #include "manager/report_io.h"
 #include "manager/user_section.h"
+#include "manager/work_ahead.h"
 #include "platform/path.h"
 
 namespace tessary {
@@ -19,11 +23,31 @@ std::string VersionsText(const DiffFileName& versions) {
          std::to_string(versions.new_version);
 }
 
-// Tells an observer of a step and, whichever way it is left, of its end.
+bool GoesOnFrom(const ListedFile& difference, const ListedFile& report, std::int32_t version) {
+  return difference.reference == report.reference && difference.version == version;
+}
+
+// The path of the difference file that a report's chain begins with; empty when there is none.
+std::string FirstOfChain(const ListedFile& report, const std::vector<ListedFile>& differences) {
+  const auto first = std::find_if(
+      differences.begin(), differences.end(),
+      [&](const ListedFile& file) { return GoesOnFrom(file, report, report.version); });
+  return first == differences.end() ? std::string() : first->path;
+}
+
+ConversionStep StepOf(const std::string& report_path, const std::string& diff_path,
+                      const DiffFileName& versions) {
+  return {report_path, diff_path, versions.old_version, versions.new_version};
+}
+
+std::unique_ptr<StepObserver> ObserverOf(const ConversionStep& step, StepObservers* steps) {
+  return steps ? steps->Begin(step) : nullptr;
+}
+
+// Tells an observer, which may be null, of the end of a step, whichever way that is left.
 class ObservedStep {
  public:
-  ObservedStep(StepObservers* steps, const ConversionStep& step)
-      : observer_(steps ? steps->Begin(step) : nullptr) {}
+  explicit ObservedStep(std::unique_ptr<StepObserver> observer) : observer_(std::move(observer)) {}
   ObservedStep(const ObservedStep&) = delete;
   ObservedStep& operator=(const ObservedStep&) = delete;
   ~ObservedStep() {
@@ -71,8 +95,11 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertOne(Step& step, const std::string
     RaiseCheck(step, kWrongKindOfFile,
                "Die Datei " + name + " ist keine List & Label Berichtsdatei.");
   }
-  // A batch holds the folder already.
+  // A batch holds the folder already, and has its own preparations.
   const auto lock = m_blnBatch ? nullptr : LockFolder(step, ParentFolderOf(report_path));
+  WorkAhead<ConversionAhead> ahead(m_blnBatch ? nullptr : around_.workers, 1, [&](std::size_t) {
+    return PrepareConversion({report_path, {}, diff_path});
+  });
   std::string backup_folder = wanted_backup_folder;
   if (!m_blnBatch && BackUp(report_path, backup_folder) == Outcome::kStopped) {
     return Outcome::kStopped;
@@ -81,14 +108,21 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertOne(Step& step, const std::string
   const DiffFileName versions = CheckDifferenceFile(step, diff_path);
   step.log_text =
       "Konvertierung des Berichts " + name + " " + VersionsText(versions) + " fehlgeschlagen.";
-  ObservedStep observed(around_.steps,
-                        {report_path, diff_path, versions.old_version, versions.new_version});
-  ApplyDifferences(step, report_path, diff_path, backup_folder, versions, observed.observer());
-  observed.SetDone();
+  if (!m_blnBatch) conversion_ahead_ = ahead.Take(0);
+  ConvertBy(step, StepOf(report_path, diff_path, versions), VersionsText(versions), backup_folder);
   log_.AddToResultLog(
       "Der Bericht " + name + " wurde erfolgreich " + VersionsText(versions) + " konvertiert.",
       false);
   return Outcome::kDone;
+}
+
+std::unique_ptr<ConversionAhead> BXConvertLLMgr::PrepareConversion(ConversionPlan plan) {
+  std::unique_ptr<StepObserver> observer;
+  if (!plan.diff_path.empty()) {
+    const DiffFileName versions = ParseDiffFileName(FileNameOf(plan.diff_path));
+    observer = ObserverOf(StepOf(plan.report_path, plan.diff_path, versions), around_.steps);
+  }
+  return std::make_unique<ConversionAhead>(around_.files, std::move(plan), std::move(observer));
 }
 
 // Saves a report that is converted on its own; `backup_folder` takes the folder that is used.
@@ -126,33 +160,58 @@ DiffFileName BXConvertLLMgr::CheckDifferenceFile(Step& step, const std::string& 
   return versions;
 }
 
-void BXConvertLLMgr::ApplyDifferences(Step& step, const std::string& report_path,
-                                      const std::string& diff_path,
-                                      const std::string& backup_folder,
-                                      const DiffFileName& versions, ConversionObserver* observer) {
-  const std::string name = FileNameOf(report_path);
+void BXConvertLLMgr::ConvertBy(Step& step, const ConversionStep& what, const std::string& versions,
+                               const std::string& backup_folder) {
+  const PostedWork<ConversionAhead> posted = std::move(conversion_ahead_);
+  if (around_.workers) ShowConverting(what, versions);
+  ConversionAhead* const ahead = posted.Finished();
+  std::optional<StepResult> result;
+  if (ahead && ahead->IsFor(what.report_path, what.diff_path)) {
+    result = ahead->Take(log_.errors, around_.loop);
+  }
+  ObservedStep observed(result ? ahead->TakeObserver() : ObserverOf(what, around_.steps));
+  if (!result) result = ApplyDifferences(step, what, versions, observed.observer());
+  if (result) UpdateReport(step, what, versions, backup_folder, *result);
+  observed.SetDone();
+}
+
+void BXConvertLLMgr::ShowConverting(const ConversionStep& what, const std::string& versions) {
+  ShowStep("Bericht " + FileNameOf(what.report_path) + " wird " + versions + " konvertiert");
+}
+
+// Nothing where the difference file has no differences.
+std::optional<StepResult> BXConvertLLMgr::ApplyDifferences(Step& step, const ConversionStep& what,
+                                                           const std::string& versions,
+                                                           ConversionObserver* observer) {
+  const std::string name = FileNameOf(what.report_path);
   const Ref<EngineContext> context = NewEngineContext(log_.errors, around_.loop);
   context->SetObserver(observer);
   ShowStep("Differenzdatei wird gelesen");
-  step.exit_message = "Fehler beim Lesen der Datei " + FileNameOf(diff_path);
-  const Ref<ElementTable> differences = ReadFile(context, diff_path);
-  if (IsArrayEmpty(differences)) return;
+  step.exit_message = "Fehler beim Lesen der Datei " + FileNameOf(what.diff_path);
+  const Ref<ElementTable> differences = ReadFile(context, what.diff_path);
+  if (IsArrayEmpty(differences)) return std::nullopt;
 
   ShowStep("Berichtsdatei wird gelesen");
   step.exit_message = "Fehler beim Lesen der Datei " + name;
-  const Ref<ElementTable> report = ReadFile(context, report_path);
+  const Ref<ElementTable> report = ReadFile(context, what.report_path);
 
-  ShowStep("Bericht " + name + " wird " + VersionsText(versions) + " konvertiert");
+  ShowConverting(what, versions);
   step.exit_message = "Fehler beim Konvertierungsvorgang der Datei " + name;
   const Ref<Level> converted = context->CreateLevel(0);
   converted->Convert(report, differences);
+  return StepResult{context, converted->ElementArray()};
+}
 
-  ShowStep("Bericht " + name + " wird " + VersionsText(versions) + " aktualisiert");
+void BXConvertLLMgr::UpdateReport(Step& step, const ConversionStep& what,
+                                  const std::string& versions, const std::string& backup_folder,
+                                  const StepResult& result) {
+  const std::string name = FileNameOf(what.report_path);
+  ShowStep("Bericht " + name + " wird " + versions + " aktualisiert");
   step.exit_message = "Fehler beim Schreiben in die Datei " + name;
-  step.after_exit_message = [this, name, report_path, backup_folder] {
-    if (m_blnFileDamaged) RestoreFile(around_, errors(), backup_folder, name, report_path);
+  step.after_exit_message = [this, name, path = what.report_path, backup_folder] {
+    if (m_blnFileDamaged) RestoreFile(around_, errors(), backup_folder, name, path);
   };
-  WriteFile(context, report_path, converted->ElementArray(), FileKind::kReport);
+  WriteFile(what.report_path, result, FileKind::kReport);
 }
 
 bool BXConvertLLMgr::ConvertReports(const std::string& strDiffFolderPath,
@@ -199,15 +258,24 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertFolder(Step& step, const std::str
       ListForConversion(step, ListKind::kReports, report_folder, omit);
 
   SortForChains(differences);
-  for (const ListedFile& report : reports) {
+  WorkAhead<ConversionAhead> ahead(around_.workers, reports.size(), [&](std::size_t item) {
+    const ListedFile& report = reports[item];
+    return PrepareConversion({report.path, backup.skip ? "" : JoinPath(backup.path, report.name),
+                              FirstOfChain(report, differences)});
+  });
+  for (std::size_t item = 0; item < reports.size(); ++item) {
+    const ListedFile& report = reports[item];
     step.exit_message = "Fehler beim Konvertieren des Berichtes " + report.name;
-    if (!backup.skip &&
+    conversion_ahead_ = ahead.Take(item);
+    const ConversionAhead* const done = conversion_ahead_.Finished();
+    if (!backup.skip && !(done && done->IsSaved()) &&
         BackupReport(around_, backup.path, report_folder, report.name) == Answer::kNo) {
       Skipped(report.path);
       continue;
     }
     around_.user.SetMousePointer(MousePointer::kHourglass);
     ApplyChain(report, differences, backup.path);
+    conversion_ahead_ = {};
   }
   return Outcome::kDone;
 }
@@ -229,7 +297,7 @@ void BXConvertLLMgr::ApplyChain(const ListedFile& report,
                                 const std::string& backup_folder) {
   std::int32_t version = report.version;
   for (const ListedFile& difference : differences) {
-    if (difference.reference != report.reference || difference.version != version) continue;
+    if (!GoesOnFrom(difference, report, version)) continue;
     if (ConvertReport(report.path, difference.path, backup_folder))
       version = difference.new_version;
   }

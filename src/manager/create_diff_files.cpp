@@ -6,8 +6,10 @@
 #include "levels/level_factory.h"
 #include "manager/convert_ll_mgr.h"
 #include "manager/operation_frame.h"
+#include "manager/preparation.h"
 #include "manager/report_io.h"
 #include "manager/user_section.h"
+#include "manager/work_ahead.h"
 #include "platform/path.h"
 #include "platform/text.h"
 
@@ -80,24 +82,16 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ComparePair(Step& step, ReportPair& pair
   CheckReport(step, pair.new_path, pair.new_name, pair.new_version, pair.new_reference);
   CheckVersions(step, pair);
 
-  const Ref<EngineContext> context = NewEngineContext(log_.errors, around_.loop);
-  ShowStep("Berichtsdateien " + pair.old_name + " werden gelesen");
-  step.exit_message = "Fehler beim Lesen der Datei " + pair.new_name;
-  FileSections sections;
-  const Ref<ElementTable> new_lines = ReadFile(context, pair.new_path, &sections);
-  step.exit_message = "Fehler beim Lesen der Datei " + pair.old_name;
-  const Ref<ElementTable> old_lines = ReadFile(context, pair.old_path, &sections);
-
-  std::string diff_name;
-  if (!IsArrayEmpty(new_lines) && !IsArrayEmpty(old_lines)) {
-    ShowStep("Berichtsdateien " + pair.old_name + " werden verglichen");
-    step.exit_message =
-        "Fehler beim Vergleich der Dateien " + pair.old_name + " und " + pair.new_name;
-    const Ref<Level> differences = context->CreateLevel(0);
-    differences->Compare(old_lines, new_lines);
-    const Ref<ElementTable> lines = differences->ElementArray();
-    if (!IsArrayEmpty(lines)) diff_name = WriteDifferences(step, context, pair, diff_folder, lines);
+  std::optional<StepResult> result;
+  const PostedWork<ComparisonAhead> posted = std::move(comparison_ahead_);
+  if (around_.workers) ShowComparing(pair);
+  ComparisonAhead* const ahead = posted.Finished();
+  if (ahead && ahead->IsFor(pair.old_path, pair.new_path)) {
+    result = ahead->Take(log_.errors, around_.loop);
   }
+  if (!result) result = Compare(step, pair);
+  std::string diff_name;
+  if (!IsArrayEmpty(result->lines)) diff_name = WriteDifferences(step, pair, diff_folder, *result);
   log_.AddToResultLog("Die Differenz-Datei " + diff_name + " für den Bericht " +
                           pair.old_reference + " " + pair.VersionsText() +
                           " wurde erfolgreich erstellt.",
@@ -108,6 +102,28 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ComparePair(Step& step, ReportPair& pair
         diff_name.empty() ? diff_name : JoinPath(diff_folder, diff_name));
   }
   return Outcome::kDone;
+}
+
+void BXConvertLLMgr::ShowComparing(const ReportPair& pair) {
+  ShowStep("Berichtsdateien " + pair.old_name + " werden verglichen");
+}
+
+StepResult BXConvertLLMgr::Compare(Step& step, const ReportPair& pair) {
+  const Ref<EngineContext> context = NewEngineContext(log_.errors, around_.loop);
+  ShowStep("Berichtsdateien " + pair.old_name + " werden gelesen");
+  step.exit_message = "Fehler beim Lesen der Datei " + pair.new_name;
+  FileSections sections;
+  const Ref<ElementTable> new_lines = ReadFile(context, pair.new_path, &sections);
+  step.exit_message = "Fehler beim Lesen der Datei " + pair.old_name;
+  const Ref<ElementTable> old_lines = ReadFile(context, pair.old_path, &sections);
+  if (IsArrayEmpty(new_lines) || IsArrayEmpty(old_lines)) return {};
+
+  ShowComparing(pair);
+  step.exit_message =
+      "Fehler beim Vergleich der Dateien " + pair.old_name + " und " + pair.new_name;
+  const Ref<Level> differences = context->CreateLevel(0);
+  differences->Compare(old_lines, new_lines);
+  return {context, differences->ElementArray()};
 }
 
 void BXConvertLLMgr::CheckReport(Step& step, const std::string& path, std::string& name,
@@ -142,9 +158,9 @@ void BXConvertLLMgr::CheckVersions(Step& step, const ReportPair& pair) {
                   " fehlgeschlagen.";
 }
 
-std::string BXConvertLLMgr::WriteDifferences(Step& step, const Ref<EngineContext>& context,
-                                             const ReportPair& pair, const std::string& diff_folder,
-                                             const Ref<ElementTable>& lines) {
+std::string BXConvertLLMgr::WriteDifferences(Step& step, const ReportPair& pair,
+                                             const std::string& diff_folder,
+                                             const StepResult& result) {
   ShowStep("Schreibvorgang wird vorbereitet");
   step.exit_message = "Fehler beim Schreiben der Differenz-Datei ";
   const std::string name = BuildDiffFileName(around_.files, pair.old_path, pair.new_path);
@@ -154,7 +170,7 @@ std::string BXConvertLLMgr::WriteDifferences(Step& step, const Ref<EngineContext
   if (diff_folder.empty() || IsUnsafeFileName(name)) throw Failure(kBadFileName);
   if (!IsWholeName(name, pair.old_version, pair.new_version)) throw Failure(kDeviceError);
   ShowStep("Differenzdatei " + name + " wird geschrieben");
-  WriteFile(context, path, lines, FileKind::kDifferenceFile);
+  WriteFile(path, result, FileKind::kDifferenceFile);
   WarnOfSameName(name, pair.old_name);
   return name;
 }
@@ -194,16 +210,24 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::CompareFolders(Step& step, const std::st
   around_.files.RemoveLeftovers(diff_folder);
   const std::vector<std::string> old_names = ListFilled(step, old_folder);
   const std::vector<std::string> new_names = ListFilled(step, new_folder);
+  std::vector<std::pair<std::string, std::string>> pairs;  // of old and new path
   for (const std::string& name : old_names) {
-    const std::string old_path = JoinPath(old_folder, name);
-    const std::string new_path = JoinPath(new_folder, Namesake(new_names, name));
+    pairs.emplace_back(JoinPath(old_folder, name), JoinPath(new_folder, Namesake(new_names, name)));
+  }
+  WorkAhead<ComparisonAhead> ahead(around_.workers, pairs.size(), [&](std::size_t item) {
+    return std::make_unique<ComparisonAhead>(around_.files, pairs[item].first, pairs[item].second);
+  });
+  for (std::size_t item = 0; item < pairs.size(); ++item) {
+    const auto& [old_path, new_path] = pairs[item];
     step.exit_message = "Fehler beim Vorbereiten des Versionsabgleich für die Dateien " + old_path +
                         " und " + new_path;
     std::int32_t version = 0;
     std::string reference;
     if (!around_.files.FileExists(old_path)) continue;
     if (IsReportFile(around_.files, old_path, version, reference)) {
+      comparison_ahead_ = ahead.Take(item);
       CreateDiffFile(old_path, new_path, diff_folder);
+      comparison_ahead_ = {};
     } else if (around_.notices) {
       around_.notices->PassedOver(old_path);
     }

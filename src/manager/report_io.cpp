@@ -1,5 +1,6 @@
 #include "manager/report_io.h"
 
+#include <algorithm>
 #include <memory>
 #include <string_view>
 
@@ -12,7 +13,7 @@
 namespace tessary {
 namespace {
 
-constexpr std::size_t kWriteSize = 256 * 1024;
+constexpr std::size_t kPieceSize = 256 * 1024;
 
 // One step of reading or writing with the message that its failure adds.
 class IoStep {
@@ -33,27 +34,6 @@ class IoStep {
   std::string message_;
   Procedure procedure_;
 };
-
-void WriteLines(const Ref<EngineContext>& context, const std::string& name, BXReportFile& store,
-                FileReplacement& file) {
-  const IoStep next(context, "WriteFile", "Fehler beim Ermitteln einer Zeile.");
-  const IoStep write(context, "WriteFile", "Fehler beim Schreiben in Datei " + name);
-  // Lines are encoded and written many at a time.
-  std::string lines;
-  const auto write_out = [&] {
-    write.Run([&] { file.Write(EncodeWindows1252(lines)); });
-    lines.clear();
-  };
-  bool more = next.Run([&] { return store.AppendFirstBlock(lines); });
-  while (more) {
-    context->Yield();
-    lines.append("\r\n");
-    if (lines.size() >= kWriteSize) write_out();
-    more = next.Run([&] { return store.AppendNextBlock(lines); });
-  }
-  write_out();
-  write.Run([&] { file.Commit(); });
-}
 
 }  // namespace
 
@@ -88,16 +68,46 @@ Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& contex
   });
 }
 
-void WriteReport(FileSystem& files, const Ref<EngineContext>& context, const std::string& path,
-                 const Ref<ElementTable>& lines, bool* damaged, FileKind kind) {
-  const std::string name = FileNameOf(path);
+void EncodeReport(const Ref<EngineContext>& context, const std::string& name,
+                  const Ref<ElementTable>& lines, const TakePiece& take) {
+  const IoStep next(context, "WriteFile", "Fehler beim Ermitteln einer Zeile.");
+  const IoStep write(context, "WriteFile", "Fehler beim Schreiben in Datei " + name);
   BXReportFile store(context);
   store.SetReportFile(lines);
+  // Memory that is not written to costs nothing, making a text longer again and again does.
+  constexpr std::size_t kLongestLine = 4096;
+  std::string text;
+  text.reserve(kPieceSize + kLongestLine);
+  const auto encode = [&] {
+    write.Run([&] { take(EncodeWindows1252(std::move(text))); });
+    text = {};
+    text.reserve(kPieceSize + kLongestLine);
+  };
+  bool more = next.Run([&] { return store.AppendFirstBlock(text); });
+  while (more) {
+    context->Yield();
+    text.append("\r\n");
+    if (text.size() >= kPieceSize) encode();
+    more = next.Run([&] { return store.AppendNextBlock(text); });
+  }
+  encode();
+}
+
+void WriteReport(FileSystem& files, const Ref<EngineContext>& context, const std::string& path,
+                 const Ref<ElementTable>& lines, bool* damaged, FileKind kind,
+                 const FilePieces& encoded) {
+  const std::string name = FileNameOf(path);
   const IoStep open(context, "WriteFile", "Fehler beim Öffnen der Datei " + name);
+  const IoStep write(context, "WriteFile", "Fehler beim Schreiben in Datei " + name);
   const auto file = open.Run([&] { return files.OpenForReplacing(path); });
   if (kind == FileKind::kDifferenceFile) file->SetReproducible();
+  const auto write_piece = [&](const std::string& piece) { file->Write(piece); };
   try {
-    WriteLines(context, name, store, *file);
+    if (encoded.empty()) EncodeReport(context, name, lines, write_piece);
+    write.Run([&] {
+      std::for_each(encoded.begin(), encoded.end(), write_piece);
+      file->Commit();
+    });
   } catch (const Failure&) {
     if (damaged) *damaged = file->Damaged();
     throw;

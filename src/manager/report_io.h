@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/element_table.h"
 #include "engine/engine_context.h"
@@ -35,10 +37,21 @@ enum class FileKind { kReport, kDifferenceFile };
 inline constexpr std::size_t kLongestByteOrderMark = 3;
 bool HasByteOrderMark(std::string_view bytes);
 
+// The bytes of a file, in large pieces one behind the other.
+using FilePieces = std::vector<std::string>;
+using TakePiece = std::function<void(std::string piece)>;
+
+// Gives the bytes of a file that holds the tree, piece by piece and at least one. Raises Failure,
+// also what `take` raises, and leaves entries that speak of the file `name`.
+void EncodeReport(const Ref<EngineContext>& context, const std::string& name,
+                  const Ref<ElementTable>& lines, const TakePiece& take);
+
 // Writes a tree over `path`, which is replaced as a whole wherever that is possible. Raises
 // Failure and leaves entries in the context's error collection; then `damaged`, which may be null,
-// tells whether the file itself was overwritten in part.
+// tells whether the file itself was overwritten in part. `encoded`: what
+// EncodeReport gives for the tree, or nothing where that has not been done yet.
 void WriteReport(FileSystem& files, const Ref<EngineContext>& context, const std::string& path,
-                 const Ref<ElementTable>& lines, bool* damaged, FileKind kind = FileKind::kReport);
+                 const Ref<ElementTable>& lines, bool* damaged, FileKind kind = FileKind::kReport,
+                 const FilePieces& encoded = {});
 
 }  // namespace tessary

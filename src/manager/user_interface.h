@@ -80,9 +80,9 @@ class StepObserver : public ConversionObserver {
 class StepObservers {
  public:
   virtual ~StepObservers() = default;
-  // Who shall hear of a step, or null. A step may be begun long before its turn and on another
-  // thread, where only its own observer hears of it; one that is given up there gets no End, and
-  // is begun anew with another observer.
+  // Who shall hear of a step, or null; called on the thread of the operation. The observer may hear
+  // of the step's differences long before its turn and on another thread. When that is given up,
+  // it gets no End, and the step is begun anew with another observer.
   virtual std::unique_ptr<StepObserver> Begin(const ConversionStep& step) = 0;
 };
 

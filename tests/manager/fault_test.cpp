@@ -18,7 +18,11 @@ constexpr std::string_view kOlderCopy = "copy of an earlier run";
 
 // A world in which every operation has something to do.
 struct World {
-  explicit World(bool in_place) {
+  explicit World(bool in_place, bool ahead = false)
+      : manager(log, {.files = files,
+                      .user = user,
+                      .notices = &user,
+                      .workers = ahead ? &workers : nullptr}) {
     for (const int version : {3, 4, 5}) {
       const std::string folder = JoinPath("", "v" + std::to_string(version));
       memory.Put(JoinPath(folder, "A.lst"), SmallReport(version, "A"));
@@ -44,32 +48,40 @@ struct World {
   const std::string diff = JoinPath("", "diff");
   const std::string reports = JoinPath("", "R");
   const std::string backups = JoinPath("", "RBak");
-  BXConvertLLMgr manager{log, {files, user, nullptr, &user}};
+  Workers workers{0};
+  BXConvertLLMgr manager;
 };
 
 struct Operation {
   const char* name;
   bool has_backup;  // what it writes over can be restored
-  std::function<bool(World&)> run;
+  bool ahead;       // does what it can ahead of its turn
+  bool (*run)(World&);
 };
 
+bool CreateDiffFile(World& w) {
+  return w.manager.CreateDiffFile(JoinPath(JoinPath("", "v3"), "A.lst"),
+                                  JoinPath(JoinPath("", "v4"), "A.lst"), JoinPath("", "new"));
+}
+
+bool CreateDiffFiles(World& w) {
+  return w.manager.CreateDiffFiles(JoinPath("", "v3"), JoinPath("", "v4"), JoinPath("", "new"));
+}
+
+bool ConvertReport(World& w) {
+  return w.manager.ConvertReport(JoinPath(w.reports, "A.lst"), JoinPath(w.diff, "3_4A"), "");
+}
+
+bool ConvertReports(World& w) { return w.manager.ConvertReports(w.diff, w.reports, ""); }
+
 const Operation kOperations[] = {
-    {"CreateDiffFile", false,
-     [](World& w) {
-       return w.manager.CreateDiffFile(JoinPath(JoinPath("", "v3"), "A.lst"),
-                                       JoinPath(JoinPath("", "v4"), "A.lst"), JoinPath("", "new"));
-     }},
-    {"CreateDiffFiles", false,
-     [](World& w) {
-       return w.manager.CreateDiffFiles(JoinPath("", "v3"), JoinPath("", "v4"),
-                                        JoinPath("", "new"));
-     }},
-    {"ConvertReport", true,
-     [](World& w) {
-       return w.manager.ConvertReport(JoinPath(w.reports, "A.lst"), JoinPath(w.diff, "3_4A"), "");
-     }},
-    {"ConvertReports", true,
-     [](World& w) { return w.manager.ConvertReports(w.diff, w.reports, ""); }},
+    {"CreateDiffFile", false, false, CreateDiffFile},
+    {"CreateDiffFiles", false, false, CreateDiffFiles},
+    {"CreateDiffFilesAhead", false, true, CreateDiffFiles},
+    {"ConvertReport", true, false, ConvertReport},
+    {"ConvertReportAhead", true, true, ConvertReport},
+    {"ConvertReports", true, false, ConvertReports},
+    {"ConvertReportsAhead", true, true, ConvertReports},
 };
 
 // Every file is either as it was before, or what a step leaves behind when it succeeds.
@@ -92,7 +104,7 @@ void ExpectWholeFiles(const World& world, const std::map<std::string, std::strin
 
 // What every file may come to, by watching a run that succeeds.
 std::map<std::string, std::set<std::string>> WholeFiles(const Operation& operation, int& calls) {
-  World world(false);
+  World world(false, operation.ahead);
   world.user.AnswerAlways(Answer::kYes);
   std::map<std::string, std::set<std::string>> whole;
   const auto collect = [&] {
@@ -145,7 +157,7 @@ TEST_P(FaultTest, NoSingleFailureLosesAnything) {
     for (int n = 1; n <= calls; ++n) {
       SCOPED_TRACE(std::string(way.what) + ", error " + std::to_string(number) + " at call " +
                    std::to_string(n));
-      World world(way.in_place);
+      World world(way.in_place, GetParam().ahead);
       const auto before = world.memory.files();
       world.user.AnswerAlways(way.answer);
       world.files.FailAnyCall(n, number, way.damage);
@@ -164,7 +176,7 @@ TEST_P(FaultTest, NoSingleFailureLosesAnything) {
 
 // What fails outside every step, as a window can that finds no memory.
 TEST_P(FaultTest, LastResortGivesThePointerBack) {
-  World world(false);
+  World world(false, GetParam().ahead);
   world.user.AfterEvent([](const std::string& event) {
     if (event == "stop") throw std::bad_alloc();
   });

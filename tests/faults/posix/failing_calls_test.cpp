@@ -26,9 +26,9 @@ struct Watched {
 int RunWith(const FaultWorld& world, const FaultOperation& operation, int n, int error,
             Watched& run) {
   run.user.AnswerAlways(Answer::kYes);
-  BXConvertLLMgr manager(run.log, {SystemFiles(), run.user, nullptr, &run.user, nullptr, {1}});
+  FaultManager manager(run.log, run.user, operation.ahead);
   system_calls::WatchAndFail(n, error);
-  run.result = operation.run(world, manager);
+  run.result = operation.run(world, *manager);
   return system_calls::Stop();
 }
 

@@ -113,23 +113,26 @@ void FaultWorld::ExpectFinished() const {
 }
 
 const std::vector<FaultOperation>& FaultOperations() {
+  const auto diff_file = [](const FaultWorld& w, BXConvertLLMgr& manager) {
+    return manager.CreateDiffFile(w.In("v3/A.lst"), w.In("v4/A.lst"), w.In("new"));
+  };
+  const auto diff_files = [](const FaultWorld& w, BXConvertLLMgr& manager) {
+    return manager.CreateDiffFiles(w.In("v3"), w.In("v4"), w.In("new"));
+  };
+  const auto report = [](const FaultWorld& w, BXConvertLLMgr& manager) {
+    return manager.ConvertReport(w.In("R/A.lst"), w.In("diff/3_4A"), w.In("RBak"));
+  };
+  const auto reports = [](const FaultWorld& w, BXConvertLLMgr& manager) {
+    return manager.ConvertReports(w.In("diff"), w.In("R"), "");
+  };
   static const std::vector<FaultOperation> operations = {
-      {"CreateDiffFile", false,
-       [](const FaultWorld& w, BXConvertLLMgr& manager) {
-         return manager.CreateDiffFile(w.In("v3/A.lst"), w.In("v4/A.lst"), w.In("new"));
-       }},
-      {"CreateDiffFiles", false,
-       [](const FaultWorld& w, BXConvertLLMgr& manager) {
-         return manager.CreateDiffFiles(w.In("v3"), w.In("v4"), w.In("new"));
-       }},
-      {"ConvertReport", true,
-       [](const FaultWorld& w, BXConvertLLMgr& manager) {
-         return manager.ConvertReport(w.In("R/A.lst"), w.In("diff/3_4A"), w.In("RBak"));
-       }},
-      {"ConvertReports", true,
-       [](const FaultWorld& w, BXConvertLLMgr& manager) {
-         return manager.ConvertReports(w.In("diff"), w.In("R"), "");
-       }},
+      {"CreateDiffFile", false, false, diff_file},
+      {"CreateDiffFiles", false, false, diff_files},
+      {"CreateDiffFilesAhead", false, true, diff_files},
+      {"ConvertReport", true, false, report},
+      {"ConvertReportAhead", true, true, report},
+      {"ConvertReports", true, false, reports},
+      {"ConvertReportsAhead", true, true, reports},
   };
   return operations;
 }

@@ -45,10 +45,30 @@ class FaultWorld {
   bool in_place_;
 };
 
+// A manager of real files that waits for nobody. With `ahead` it works ahead where it can, but all
+// on one thread, so that every run makes the same calls.
+class FaultManager {
+ public:
+  FaultManager(ResultLog& log, RecordingUser& user, bool ahead)
+      : manager_(log, {.files = SystemFiles(),
+                       .user = user,
+                       .notices = &user,
+                       .folder_wait = {1},
+                       .workers = ahead ? &workers_ : nullptr}) {}
+
+  BXConvertLLMgr* operator->() { return &manager_; }
+  BXConvertLLMgr& operator*() { return manager_; }
+
+ private:
+  Workers workers_{0};
+  BXConvertLLMgr manager_;
+};
+
 // What is run in such a world, by a manager of its own.
 struct FaultOperation {
   const char* name;
   bool converts;
+  bool ahead;
   std::function<bool(const FaultWorld&, BXConvertLLMgr&)> run;
 };
 

@@ -66,12 +66,12 @@ class Disk {
   int flushes_ = 0;
 };
 
-Disk Play(const FaultWorld& world, const std::string& backup_folder) {
+Disk Play(const FaultWorld& world, const std::string& backup_folder, bool ahead) {
   ResultLog log;
   RecordingUser user;
-  BXConvertLLMgr manager(log, {SystemFiles(), user, nullptr, &user, nullptr, {1}});
+  FaultManager manager(log, user, ahead);
   system_calls::Watch();
-  const bool result = manager.ConvertReports(world.In("diff"), world.In("R"), backup_folder);
+  const bool result = manager->ConvertReports(world.In("diff"), world.In("R"), backup_folder);
   system_calls::Stop();
   EXPECT_TRUE(result);
   Disk disk(world);
@@ -81,44 +81,50 @@ Disk Play(const FaultWorld& world, const std::string& backup_folder) {
   return disk;
 }
 
-TEST(FlushOrderTest, CopiesAreOnTheDiskBeforeReportsChange) {
+// With work done ahead, or all of it in its turn.
+class FlushOrderTest : public testing::TestWithParam<bool> {};
+
+TEST_P(FlushOrderTest, CopiesAreOnTheDiskBeforeReportsChange) {
   for (const bool in_place : {false, true}) {
     const FaultWorld world(in_place);
-    Play(world, "");
+    Play(world, "", GetParam());
     world.ExpectFinished();
   }
 }
 
-TEST(FlushOrderTest, ANewBackupFolderIsOnTheDiskToo) {
+TEST_P(FlushOrderTest, ANewBackupFolderIsOnTheDiskToo) {
   for (const bool in_place : {false, true}) {
     const FaultWorld world(in_place);
-    Play(world, world.In("Sicherung"));
+    Play(world, world.In("Sicherung"), GetParam());
   }
 }
 
 // A run that died may have left it in the system's memory only.
-TEST(FlushOrderTest, ACopyThatIsThereAlreadyIsFlushedAgain) {
+TEST_P(FlushOrderTest, ACopyThatIsThereAlreadyIsFlushedAgain) {
   const FaultWorld world(false);
   PutFile(world.In("RBak/A.lst"), world.Get("R/A.lst"));
   PutFile(world.In("RBak/B.lst"), world.Get("R/B.lst"));
-  const Disk disk = Play(world, "");
+  const Disk disk = Play(world, "", GetParam());
   constexpr int kCopies = 2;
   constexpr int kSteps = 3;
   EXPECT_EQ(disk.flushes(), 2 * (kCopies + kSteps)) << "each time the file and its folder";
 }
 
-TEST(FlushOrderTest, DifferenceFilesAreNamedOnceTheyAreOnTheDisk) {
+TEST_P(FlushOrderTest, DifferenceFilesAreNamedOnceTheyAreOnTheDisk) {
   const FaultWorld world(false);
   ResultLog log;
   RecordingUser user;
-  BXConvertLLMgr manager(log, {SystemFiles(), user});
+  FaultManager manager(log, user, GetParam());
   system_calls::Watch();
-  EXPECT_TRUE(manager.CreateDiffFiles(world.In("v3"), world.In("v4"), world.In("new")));
+  EXPECT_TRUE(manager->CreateDiffFiles(world.In("v3"), world.In("v4"), world.In("new")));
   system_calls::Stop();
   Disk disk(world);
   for (const Change& change : system_calls::Changes()) disk.Take(change);
   EXPECT_GT(disk.flushes(), 1);
 }
+
+INSTANTIATE_TEST_SUITE_P(WaysOfWorking, FlushOrderTest, testing::Bool(),
+                         [](const auto& row) { return row.param ? "Ahead" : "InItsTurn"; });
 
 }  // namespace
 }  // namespace tessary

@@ -18,8 +18,8 @@ namespace {
 bool RunHere(const FaultWorld& world, const FaultOperation& operation) {
   ResultLog log;
   RecordingUser user;
-  BXConvertLLMgr manager(log, {SystemFiles(), user, nullptr, &user, nullptr, {1}});
-  return operation.run(world, manager);
+  FaultManager manager(log, user, operation.ahead);
+  return operation.run(world, *manager);
 }
 
 bool RunAgain(const FaultWorld& world, const FaultOperation& operation) {
@@ -66,18 +66,22 @@ bool IsKept(const FaultWorld& world, const std::string& contents) {
   });
 }
 
-TEST(KillTest, AFolderRunIsFinishedByTheNext) {
+class FolderKillTest : public testing::TestWithParam<const char*> {};
+class ReportKillTest : public testing::TestWithParam<const char*> {};
+class DifferenceKillTest : public testing::TestWithParam<const char*> {};
+
+TEST_P(FolderKillTest, AFolderRunIsFinishedByTheNext) {
   int n = 1;
   for (bool died = true; died && !testing::Test::HasFailure(); ++n) {
     SCOPED_TRACE("killed at call " + std::to_string(n));
     const FaultWorld world(false);
-    died = DiesAt(world, Operation("ConvertReports"), n);
+    died = DiesAt(world, Operation(GetParam()), n);
     world.ExpectWholeReports();
-    EXPECT_TRUE(RunAgain(world, Operation("ConvertReports")));
+    EXPECT_TRUE(RunAgain(world, Operation(GetParam())));
     world.ExpectFinished();
     const auto finished = Below(world, "R/");
     EXPECT_EQ(finished.size(), 2U);
-    EXPECT_TRUE(RunAgain(world, Operation("ConvertReports")));
+    EXPECT_TRUE(RunAgain(world, Operation(GetParam())));
     EXPECT_EQ(Below(world, "R/"), finished) << "a run over a finished folder changes nothing";
     world.ExpectFinished();
   }
@@ -85,14 +89,14 @@ TEST(KillTest, AFolderRunIsFinishedByTheNext) {
   EXPECT_GT(n, 100);
 }
 
-TEST(KillTest, SoIsTheConversionOfOneReport) {
+TEST_P(ReportKillTest, SoIsTheConversionOfOneReport) {
   int n = 1;
   for (bool died = true; died && !testing::Test::HasFailure(); ++n) {
     SCOPED_TRACE("killed at call " + std::to_string(n));
     const FaultWorld world(false);
-    died = DiesAt(world, Operation("ConvertReport"), n);
+    died = DiesAt(world, Operation(GetParam()), n);
     world.ExpectWholeReports();
-    EXPECT_TRUE(RunAgain(world, Operation("ConvertReport")));
+    EXPECT_TRUE(RunAgain(world, Operation(GetParam())));
     EXPECT_EQ(world.Get("R/A.lst"), SmallReport(4, "A"));
     world.ExpectWholeReports();
     world.ExpectNoLeftovers();
@@ -103,14 +107,14 @@ TEST(KillTest, SoIsTheConversionOfOneReport) {
 
 // A report with two names is overwritten, which no system does at one blow; then its backup is
 // whole.
-TEST(KillTest, AReportOverwrittenInPlaceHasItsBackup) {
+TEST_P(FolderKillTest, AReportOverwrittenInPlaceHasItsBackup) {
   int n = 1;
   for (bool died = true; died && !testing::Test::HasFailure(); ++n) {
     SCOPED_TRACE("killed at call " + std::to_string(n));
     const FaultWorld world(true);
-    died = DiesAt(world, Operation("ConvertReports"), n);
+    died = DiesAt(world, Operation(GetParam()), n);
     world.ExpectWholeReports();
-    RunAgain(world, Operation("ConvertReports"));
+    RunAgain(world, Operation(GetParam()));
     world.ExpectWholeReports();
   }
   std::cout << "kills survived: " << n - 2 << "\n";
@@ -145,24 +149,33 @@ TEST(KillTest, PuttingReportsBackIsFinishedByTheNext) {
   EXPECT_GT(n, 50);
 }
 
-TEST(KillTest, DifferenceFilesAreWholeOrMissing) {
+TEST_P(DifferenceKillTest, DifferenceFilesAreWholeOrMissing) {
   int n = 1;
   for (bool died = true; died && !testing::Test::HasFailure(); ++n) {
     SCOPED_TRACE("killed at call " + std::to_string(n));
     const FaultWorld world(false);
-    died = DiesAt(world, Operation("CreateDiffFiles"), n);
+    died = DiesAt(world, Operation(GetParam()), n);
     const auto whole = world.Files();
     for (const auto& [path, contents] : Below(world, "new/")) {
       if (path.find("~tessary-") != std::string::npos) continue;
       EXPECT_EQ(contents, whole.at("diff/" + path.substr(4))) << path;
     }
-    EXPECT_TRUE(RunAgain(world, Operation("CreateDiffFiles")));
+    EXPECT_TRUE(RunAgain(world, Operation(GetParam())));
     EXPECT_EQ(Below(world, "new/").size(), 2U);
     world.ExpectNoLeftovers();
   }
   std::cout << "kills survived: " << n - 2 << "\n";
   EXPECT_GT(n, 50);
 }
+
+const auto kNameOfParam = [](const auto& row) { return std::string(row.param); };
+
+INSTANTIATE_TEST_SUITE_P(Operations, FolderKillTest,
+                         testing::Values("ConvertReports", "ConvertReportsAhead"), kNameOfParam);
+INSTANTIATE_TEST_SUITE_P(Operations, ReportKillTest,
+                         testing::Values("ConvertReport", "ConvertReportAhead"), kNameOfParam);
+INSTANTIATE_TEST_SUITE_P(Operations, DifferenceKillTest,
+                         testing::Values("CreateDiffFiles", "CreateDiffFilesAhead"), kNameOfParam);
 
 }  // namespace
 }  // namespace tessary
