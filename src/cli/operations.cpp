@@ -225,16 +225,27 @@ bool ResultFilesAreWritable(const CommandLine& line, const CommandSurroundings& 
 // A single report would be done by the time the heap has grown piece by piece; both passes take
 // somewhat more than this. In a folder one report after the other takes the memory of the first,
 // which only has to stay.
-void PrepareHeapFor(const CommandLine& line, FileSystem& files) {
+HeapPages PrepareHeapFor(const CommandLine& line, FileSystem& files) {
   constexpr std::size_t kBytesPerByte = 8;
   if (line.command != CommandId::kDiff && line.command != CommandId::kConvert) {
     return PrepareHeap(0);
   }
   try {
     const std::size_t size = files.OpenForReading(OperandPath(line, 0))->SizeHint();
-    PrepareHeap(size * kBytesPerByte);
+    return PrepareHeap(size * kBytesPerByte);
   } catch (const Failure&) {
-    // The operation itself tells of it.
+    return {};  // the operation itself tells of it
+  }
+}
+
+// Where another thread works ahead for a single report, this one gets the pages meanwhile.
+void GetPagesFor(const CommandLine& line, const CommandSurroundings& around) {
+  const HeapPages pages = PrepareHeapFor(line, around.files);
+  Workers* const workers = WorkersFor(line, around);
+  if (workers && line.command == CommandId::kConvert) {
+    workers->AfterNextPost([pages] { GetPages(pages); });
+  } else {
+    GetPages(pages);
   }
 }
 
@@ -243,7 +254,7 @@ void PrepareHeapFor(const CommandLine& line, FileSystem& files) {
 int RunOperation(const CommandLine& line, const CommandSurroundings& around) {
   // Without a place for what is asked for nothing shall have happened.
   if (!ResultFilesAreWritable(line, around)) return kExitWrongUsage;
-  PrepareHeapFor(line, around.files);
+  GetPagesFor(line, around);
   OverlayFiles trial(around.files);
   FileSystem& files = line.dry_run ? static_cast<FileSystem&>(trial) : around.files;
   return OperationRun(line, around, files).Run();

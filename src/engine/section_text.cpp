@@ -46,29 +46,42 @@ bool IsWrittenAsRead(const LineWalker& line) {
   return !name.empty() && !IsComputed(name, line.level());
 }
 
-// True for a line without indentation, line end and tabs that is a property of `level` and stands
-// there just as it would be written.
-bool IsPropertyAsWritten(std::string_view line, std::int32_t level) {
-  if (line.empty() || line.back() == ' ') return false;
-  const char first = line.front();
-  if (first == ' ' || first == '[' || first == '{' || first == '}') return false;
-  const std::string_view name = PlainName(line);
-  return !name.empty() && !IsComputed(name, level);
+// The end of the line at `line`, its line end included, when it is a property of `level` without
+// tabs that stands there, behind `space`, just as it would be written; otherwise null. `end`: of
+// the text.
+const char* EndOfPropertyAsWritten(const char* line, const char* end, std::string_view space,
+                                   std::int32_t level) {
+  for (const char indent : space) {
+    if (line == end || *line++ != indent) return nullptr;
+  }
+  const char* equals = line;
+  while (equals != end && *equals != '=' && *equals != '\n') ++equals;
+  if (equals == end || equals == line || *equals == '\n' || equals[-1] == ' ') return nullptr;
+  const char first = *line;
+  if (first == ' ' || first == '[' || first == '{' || first == '}') return nullptr;
+  const char* value = equals + 1;
+  while (value != end && *value == ' ') ++value;
+  if (value == end || *value == '@') return nullptr;
+  const auto size = static_cast<std::size_t>(end - value);
+  const auto* const line_end = static_cast<const char*>(std::memchr(value, '\n', size));
+  if (!line_end || line_end[-1] != '\r' || line_end[-2] == ' ') return nullptr;
+  const std::string_view name(line, static_cast<std::size_t>(equals - line));
+  return IsComputed(name, level) ? nullptr : line_end + 1;
 }
 
 // The properties of `level` at the beginning of the text, as far as they stand there just as they
 // would be written, with their line ends, and as far as one block goes.
 std::string_view BlockAt(std::string_view text, std::int32_t level, bool may_have_tabs) {
   const std::string_view space = LevelSpace(level);
+  const char* const end = text.data() + text.size();
   std::size_t size = 0;
   while (size < WriteTable::kFullBlock) {
-    const std::string_view line = text.substr(size, text.find('\n', size) + 1 - size);
-    if (!line.starts_with(space) || !line.ends_with(kLineEnd)) break;
-    const std::string_view inner =
-        line.substr(space.size(), line.size() - space.size() - kLineEnd.size());
-    if (may_have_tabs && inner.find('\t') != std::string_view::npos) break;
-    if (!IsPropertyAsWritten(inner, level)) break;
-    size += line.size();
+    const char* const line = text.data() + size;
+    const char* const next = EndOfPropertyAsWritten(line, end, space, level);
+    if (!next) break;
+    const auto line_size = static_cast<std::size_t>(next - line);
+    if (may_have_tabs && text.substr(size, line_size).find('\t', space.size()) != text.npos) break;
+    size += line_size;
   }
   return text.substr(0, size);
 }

@@ -20,6 +20,11 @@ void Workers::Rest() {
 }
 
 void Workers::Post(Job& job) {
+  Enqueue(job);
+  if (const auto work = std::exchange(after_post_, nullptr)) work();
+}
+
+void Workers::Enqueue(Job& job) {
   const Lock lock(mutex_);
   waiting_.push_back(&job);
   job.state_ = Job::State::kWaiting;

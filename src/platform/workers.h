@@ -2,8 +2,10 @@
 
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 // Threads that do pieces of work beside their owner's.
@@ -43,6 +45,9 @@ class Workers {
 
   // Has a job done at some time. It must live until it is finished or dropped.
   void Post(Job& job);
+  // Something small that the owner's thread does once the next job has been posted, while another
+  // thread begins with that. Never done where no job is posted any more.
+  void AfterNextPost(std::function<void()> work) { after_post_ = std::move(work); }
   // Returns when the posted job is done. While others do it, the caller does what is waiting.
   void Finish(Job& job);
   // Takes a posted job back: one that has not begun never will, one that runs is waited for.
@@ -54,6 +59,7 @@ class Workers {
  private:
   using Lock = std::unique_lock<std::mutex>;
 
+  void Enqueue(Job& job);
   void StartThread();
   void Serve();
   // Takes the job out of the queue and does it, letting go of the lock meanwhile.
@@ -67,6 +73,7 @@ class Workers {
   int idle_ = 0;     // of these
   bool resting_ = false;
   std::vector<std::thread> threads_;
+  std::function<void()> after_post_;  // the owner's thread alone looks at this
 };
 
 // How many processors this process may use besides the one that its caller is on, at most

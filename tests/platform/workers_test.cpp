@@ -154,6 +154,24 @@ TEST(WorkersTest, WorkGoesOnAfterARest) {
   workers.Drop(on_a_thread);
 }
 
+TEST(WorkersTest, WhatComesAfterAPostIsDoneOnceByTheOwner) {
+  for (const int threads : {0, 1}) {
+    Workers workers(threads);
+    std::vector<std::thread::id> done_by;
+    workers.AfterNextPost([&] { done_by.push_back(std::this_thread::get_id()); });
+    EXPECT_TRUE(done_by.empty());
+    Task first;
+    Task second;
+    workers.Post(first);
+    EXPECT_EQ(done_by, std::vector{std::this_thread::get_id()});
+    workers.Post(second);
+    EXPECT_EQ(done_by.size(), 1u);
+    workers.Finish(first);
+    workers.Finish(second);
+    workers.AfterNextPost([] { FAIL(); });
+  }
+}
+
 TEST(WorkersTest, NoMoreThreadsThanProcessors) {
   EXPECT_EQ(SpareProcessors(0), 0);
   EXPECT_GE(SpareProcessors(3), 0);

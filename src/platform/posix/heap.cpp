@@ -18,7 +18,7 @@ namespace tessary {
 
 #if defined(__GLIBC__) && defined(MADV_POPULATE_WRITE)
 
-void PrepareHeap(std::size_t bytes) noexcept {
+HeapPages PrepareHeap(std::size_t bytes) noexcept {
   constexpr int kStep = 1 << 20;
   constexpr int kLargestFromHeap = 32 << 20;  // the most that the C library accepts
   constexpr std::size_t kLittle = std::size_t{4} << 20;
@@ -32,18 +32,26 @@ void PrepareHeap(std::size_t bytes) noexcept {
   mallopt(M_TOP_PAD, static_cast<int>(size));
   void* const block = std::malloc(kStep);
   mallopt(M_TOP_PAD, kStep);
-  if (block == nullptr) return;
+  if (block == nullptr) return {};
   const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
   const auto begin = (reinterpret_cast<std::uintptr_t>(block) + page - 1) / page * page;
-  // An older kernel refuses this and gives the pages one by one later.
-  madvise(reinterpret_cast<void*>(begin), size / page * page,
-          size <= kLittle ? MADV_POPULATE_WRITE : MADV_HUGEPAGE);
   std::free(block);
+  const HeapPages pages{reinterpret_cast<void*>(begin), size / page * page};
+  if (size <= kLittle) return pages;
+  madvise(pages.begin, pages.size, MADV_HUGEPAGE);
+  return {};
+}
+
+// An older kernel refuses this and gives the pages one by one later.
+void GetPages(const HeapPages& pages) noexcept {
+  if (pages.size > 0) madvise(pages.begin, pages.size, MADV_POPULATE_WRITE);
 }
 
 #else
 
-void PrepareHeap(std::size_t) noexcept {}
+HeapPages PrepareHeap(std::size_t) noexcept { return {}; }
+
+void GetPages(const HeapPages&) noexcept {}
 
 #endif
 

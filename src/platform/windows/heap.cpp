@@ -2,6 +2,8 @@
 
 namespace tessary {
 
-void PrepareHeap(std::size_t) noexcept {}
+HeapPages PrepareHeap(std::size_t) noexcept { return {}; }
+
+void GetPages(const HeapPages&) noexcept {}
 
 }  // namespace tessary

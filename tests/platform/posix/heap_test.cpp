@@ -30,7 +30,7 @@ long PageFaults() {
 
 TEST(Heap, PagesAreThereBeforeTheyAreNeeded) {
   if (madvise(nullptr, 0, MADV_POPULATE_WRITE) != 0) GTEST_SKIP() << "too old a kernel";
-  PrepareHeap(std::size_t{4} << 20);
+  GetPages(PrepareHeap(std::size_t{4} << 20));
   const long before = PageFaults();
   const auto blocks = FilledBlocks(1024);
   EXPECT_LT(PageFaults() - before, 256) << "1,024 pages were filled";
@@ -40,7 +40,7 @@ TEST(Heap, PagesAreThereBeforeTheyAreNeeded) {
 TEST(Heap, TakesAnySize) {
   for (const std::size_t bytes :
        {std::size_t{0}, std::size_t{1}, std::size_t{4096}, ~std::size_t{0}}) {
-    PrepareHeap(bytes);
+    GetPages(PrepareHeap(bytes));
     EXPECT_EQ(FilledBlocks(4)[3][4095], 1) << bytes;
   }
 }
