@@ -25,18 +25,12 @@ class EngineContext : public RefCounted {
  public:
   // `errors` and `loop` must outlive the context; `loop` may be null.
   EngineContext(SharedErrors& errors, MessageLoop* loop, LevelFactory create_level)
-      : errors_(&errors), loop_(loop), create_level_(create_level) {}
+      : errors_(errors), loop_(loop), create_level_(create_level) {}
 
   const Ref<TextPool>& pool() const { return pool_; }
-  SharedErrors& errors() const { return *errors_; }
+  SharedErrors& errors() const { return errors_; }
   void Yield() const {
     if (loop_) loop_->Yield();
-  }
-  // From now on with these errors and this loop, under the same conditions; and on the caller's
-  // thread, if all that belongs to the context comes along.
-  void HandOver(SharedErrors& errors, MessageLoop* loop) {
-    errors_ = &errors;
-    loop_ = loop;
   }
   // Who hears of the differences that are applied, or null; must outlive the work.
   void SetObserver(ConversionObserver* observer) { observer_ = observer; }
@@ -60,7 +54,7 @@ class EngineContext : public RefCounted {
   Ref<Level> NewChild(const Element& element);
 
   Ref<TextPool> pool_ = MakeRef<TextPool>();
-  SharedErrors* errors_;
+  SharedErrors& errors_;
   MessageLoop* loop_;
   LevelFactory create_level_;
   ConversionObserver* observer_ = nullptr;

@@ -3,6 +3,7 @@
 // difference files that leads on from its version, one step after the other.
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "levels/level_factory.h"
 #include "manager/backup.h"
@@ -33,6 +34,20 @@ std::string FirstOfChain(const ListedFile& report, const std::vector<ListedFile>
       differences.begin(), differences.end(),
       [&](const ListedFile& file) { return GoesOnFrom(file, report, report.version); });
   return first == differences.end() ? std::string() : first->path;
+}
+
+// Which reports are no other one's file under another name: what is saved of those depends on what
+// became of the others before.
+std::vector<bool> HaveOneName(FileSystem& files, const std::vector<ListedFile>& reports) {
+  std::unordered_map<std::string, int> names;
+  std::vector<std::string> identities;
+  for (const ListedFile& report : reports) {
+    identities.push_back(files.IdentityOf(report.path));
+    ++names[identities.back()];
+  }
+  std::vector<bool> result;
+  for (const std::string& identity : identities) result.push_back(names[identity] == 1);
+  return result;
 }
 
 ConversionStep StepOf(const std::string& report_path, const std::string& diff_path,
@@ -98,7 +113,7 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertOne(Step& step, const std::string
   // A batch holds the folder already, and has its own preparations.
   const auto lock = m_blnBatch ? nullptr : LockFolder(step, ParentFolderOf(report_path));
   WorkAhead<ConversionAhead> ahead(m_blnBatch ? nullptr : around_.workers, 1, [&](std::size_t) {
-    return PrepareConversion({report_path, {}, diff_path});
+    return PrepareConversion({report_path, {}, diff_path, SIZE_MAX});
   });
   std::string backup_folder = wanted_backup_folder;
   if (!m_blnBatch && BackUp(report_path, backup_folder) == Outcome::kStopped) {
@@ -116,10 +131,12 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertOne(Step& step, const std::string
   return Outcome::kDone;
 }
 
+// Null where no file is named that could be a difference file, whatever it holds.
 std::unique_ptr<ConversionAhead> BXConvertLLMgr::PrepareConversion(ConversionPlan plan) {
   std::unique_ptr<StepObserver> observer;
   if (!plan.diff_path.empty()) {
     const DiffFileName versions = ParseDiffFileName(FileNameOf(plan.diff_path));
+    if (!versions.IsValid()) return nullptr;
     observer = ObserverOf(StepOf(plan.report_path, plan.diff_path, versions), around_.steps);
   }
   return std::make_unique<ConversionAhead>(around_.files, std::move(plan), std::move(observer));
@@ -167,7 +184,9 @@ void BXConvertLLMgr::ConvertBy(Step& step, const ConversionStep& what, const std
   ConversionAhead* const ahead = posted.Finished();
   std::optional<StepResult> result;
   if (ahead && ahead->IsFor(what.report_path, what.diff_path)) {
-    result = ahead->Take(log_.errors, around_.loop);
+    if (auto encoded = ahead->Take()) {
+      result = {NewEngineContext(log_.errors, around_.loop), nullptr, std::move(*encoded)};
+    }
   }
   ObservedStep observed(result ? ahead->TakeObserver() : ObserverOf(what, around_.steps));
   if (!result) result = ApplyDifferences(step, what, versions, observed.observer());
@@ -258,8 +277,11 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertFolder(Step& step, const std::str
       ListForConversion(step, ListKind::kReports, report_folder, omit);
 
   SortForChains(differences);
+  const std::vector<bool> has_one_name =
+      around_.workers ? HaveOneName(around_.files, reports) : std::vector<bool>();
   WorkAhead<ConversionAhead> ahead(around_.workers, reports.size(), [&](std::size_t item) {
     const ListedFile& report = reports[item];
+    if (!has_one_name[item]) return std::unique_ptr<ConversionAhead>();
     return PrepareConversion({report.path, backup.skip ? "" : JoinPath(backup.path, report.name),
                               FirstOfChain(report, differences)});
   });

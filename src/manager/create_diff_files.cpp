@@ -87,11 +87,13 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ComparePair(Step& step, ReportPair& pair
   if (around_.workers) ShowComparing(pair);
   ComparisonAhead* const ahead = posted.Finished();
   if (ahead && ahead->IsFor(pair.old_path, pair.new_path)) {
-    result = ahead->Take(log_.errors, around_.loop);
+    if (auto encoded = ahead->Take()) {
+      result = {NewEngineContext(log_.errors, around_.loop), nullptr, std::move(*encoded)};
+    }
   }
   if (!result) result = Compare(step, pair);
   std::string diff_name;
-  if (!IsArrayEmpty(result->lines)) diff_name = WriteDifferences(step, pair, diff_folder, *result);
+  if (!result->IsEmpty()) diff_name = WriteDifferences(step, pair, diff_folder, *result);
   log_.AddToResultLog("Die Differenz-Datei " + diff_name + " für den Bericht " +
                           pair.old_reference + " " + pair.VersionsText() +
                           " wurde erfolgreich erstellt.",

@@ -20,25 +20,35 @@
 
 namespace tessary {
 
-// What is to be written at the end of a step and the context it lives in.
+// What is to be written at the end of a step, as lines and the context they live in, or already as
+// the bytes of the file.
 struct StepResult {
   Ref<EngineContext> context;
-  Ref<ElementTable> lines;  // null or empty for nothing
-  FilePieces encoded = {};  // the same as bytes, or nothing where that has not been done yet
+  Ref<ElementTable> lines = {};
+  FilePieces encoded = {};
+
+  bool IsEmpty() const { return IsArrayEmpty(lines) && encoded.empty(); }
 };
 
-// One piece of such work. Once it has been done, the operation's thread is the only one to use it.
+// How much of a folder's reports is worth the memory that several at a time take.
+inline constexpr std::size_t kLargestAhead = std::size_t{8} << 20;
+
+// One piece of such work. Trees and what belongs to them live only as long as it is being done.
 class Preparation : public Job {
  public:
-  // What has been prepared from files that are still what they were, to be used with the
-  // operation's `errors` and `loop`; nothing when there is no such thing. May be called once.
-  std::optional<StepResult> Take(SharedErrors& errors, MessageLoop* loop);
+  // The bytes prepared from files that are still what they were, none where there is nothing to
+  // write; nothing at all when there is no result. May be called once.
+  std::optional<FilePieces> Take();
 
  protected:
-  // `files`, whose file system several threads may use, must outlive the work.
-  explicit Preparation(FileSystem& files) : files_(files) {}
+  // `files`, whose file system several threads may use, must outlive the work. Larger files than
+  // `largest` give no result.
+  Preparation(FileSystem& files, std::size_t largest) : files_(files), largest_(largest) {}
 
   FileSystem& files() const { return files_; }
+  // The lines of a file; null where there are none, or something about it deserves attention.
+  Ref<ElementTable> Read(const Ref<EngineContext>& context, const std::string& path,
+                         FileSections* sections = nullptr) const;
   // Notes the state of a file that the work depends on, before it is read.
   void DependOn(const std::string& path) { inputs_.push_back({path, files_.StampOf(path)}); }
   bool InputsAreUnchanged() const;
@@ -50,28 +60,30 @@ class Preparation : public Job {
   };
 
   void Run() noexcept final;
-  // The lines to be written, in `context`; nothing where something deserves attention. What it
-  // raises ends the work.
-  virtual std::optional<Ref<ElementTable>> Prepare(const Ref<EngineContext>& context) = 0;
+  // The bytes to be written; nothing where something deserves attention. What it raises ends the
+  // work.
+  virtual std::optional<FilePieces> Prepare(const Ref<EngineContext>& context) = 0;
 
   FileSystem& files_;
+  const std::size_t largest_;
   std::vector<Input> inputs_;
-  SharedErrors errors_;
-  std::optional<StepResult> result_;
+  std::optional<FilePieces> result_;
 };
 
 // Compares two versions of a report.
 class ComparisonAhead final : public Preparation {
  public:
   ComparisonAhead(FileSystem& files, std::string old_path, std::string new_path)
-      : Preparation(files), old_path_(std::move(old_path)), new_path_(std::move(new_path)) {}
+      : Preparation(files, kLargestAhead),
+        old_path_(std::move(old_path)),
+        new_path_(std::move(new_path)) {}
 
   bool IsFor(const std::string& old_path, const std::string& new_path) const {
     return old_path == old_path_ && new_path == new_path_;
   }
 
  private:
-  std::optional<Ref<ElementTable>> Prepare(const Ref<EngineContext>& context) override;
+  std::optional<FilePieces> Prepare(const Ref<EngineContext>& context) override;
 
   std::string old_path_;
   std::string new_path_;
@@ -81,6 +93,7 @@ struct ConversionPlan {
   std::string report_path;
   std::string copy_path;  // where the report is to be saved first; empty for nowhere
   std::string diff_path;  // empty when the report is only to be saved
+  std::size_t largest = kLargestAhead;
 };
 
 // Saves a report and applies a difference file to it.
@@ -88,18 +101,19 @@ class ConversionAhead final : public Preparation {
  public:
   // `observer` may be null.
   ConversionAhead(FileSystem& files, ConversionPlan plan, std::unique_ptr<StepObserver> observer)
-      : Preparation(files), plan_(std::move(plan)), observer_(std::move(observer)) {}
+      : Preparation(files, plan.largest), plan_(std::move(plan)), observer_(std::move(observer)) {}
 
   bool IsFor(const std::string& report_path, const std::string& diff_path) const {
     return report_path == plan_.report_path && diff_path == plan_.diff_path;
   }
-  // True when the copy that the plan wants is on the disk and the report still what it was.
+  // True when the copy that the plan wants is on the disk, and copy and report are still what they
+  // were.
   bool IsSaved() const { return is_saved_ && InputsAreUnchanged(); }
   // Who has heard of the differences; leaves null behind.
   std::unique_ptr<StepObserver> TakeObserver() { return std::move(observer_); }
 
  private:
-  std::optional<Ref<ElementTable>> Prepare(const Ref<EngineContext>& context) override;
+  std::optional<FilePieces> Prepare(const Ref<EngineContext>& context) override;
 
   ConversionPlan plan_;
   std::unique_ptr<StepObserver> observer_;

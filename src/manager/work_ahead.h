@@ -48,7 +48,7 @@ class WorkAhead {
   using Begin = std::function<std::unique_ptr<Work>(std::size_t item)>;
 
   // Items are counted from 0 to `count` - 1; `begin` gives the work for one of them, in their
-  // order. `workers` may be null: then nothing is done ahead.
+  // order, or null for none. `workers` may be null: then nothing is done ahead.
   WorkAhead(Workers* workers, std::size_t count, Begin begin)
       : workers_(workers), count_(workers ? count : 0), begin_(std::move(begin)) {
     PostUpTo(0);
@@ -74,7 +74,11 @@ class WorkAhead {
     const auto threads = static_cast<std::size_t>(workers_ ? workers_->threads() : 0);
     const std::size_t last = item + kAheadForEachThread * threads;
     for (std::size_t next = first_ + posted_.size(); next < count_ && next <= last; ++next) {
-      posted_.emplace_back(*workers_, begin_(next));
+      if (std::unique_ptr<Work> work = begin_(next)) {
+        posted_.emplace_back(*workers_, std::move(work));
+      } else {
+        posted_.emplace_back();
+      }
       if (next + 1 == count_) workers_->Rest();
     }
   }

@@ -1,7 +1,7 @@
 #include "platform/workers.h"
 
 #include <algorithm>
-#include <system_error>
+#include <exception>
 #include <utility>
 
 namespace tessary {
@@ -40,7 +40,7 @@ void Workers::StartThread() {
   try {
     threads_.emplace_back([this] { Serve(); });
     ++running_;
-  } catch (const std::system_error&) {
+  } catch (const std::exception&) {
     // Whoever wants the result does the work.
   }
 }

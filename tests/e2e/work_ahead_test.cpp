@@ -153,6 +153,11 @@ class WorkAheadRunTest : public testing::Test {
     Put(folder, "Bak/11e.lst", "eine ältere Fassung");
     Put(folder, "R/11f.lst", SmallReport(3, "Beleg6"));
     Put(folder, "Bak/11f.lst/Ordner", "statt einer Sicherung");
+    Put(folder, "R/11h.lst", SmallReport(3, "Beleg8"));
+    std::error_code no_links;
+    for (const char* const name : {"R/11i.lst", "R/11j.lst"}) {
+      fs::create_hard_link(LibraryPath(folder / "R/11h.lst"), LibraryPath(folder / name), no_links);
+    }
     Put(folder, "R/11g.lst", SmallReport(3, "Beleg7"));
     fs::permissions(LibraryPath(folder / "R/11g.lst"), fs::perms::owner_read);
   }

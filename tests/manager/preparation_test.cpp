@@ -50,10 +50,10 @@ class PreparationTest : public testing::Test {
     workers_.Post(job);
     workers_.Finish(job);
   }
-  bool HasResult(Preparation& work) { return work.Take(log_.errors, nullptr).has_value(); }
-  static std::string BytesOf(const StepResult& result) {
+  static bool HasResult(Preparation& work) { return work.Take().has_value(); }
+  static std::string BytesOf(const FilePieces& pieces) {
     std::string bytes;
-    for (const std::string& piece : result.encoded) bytes += piece;
+    for (const std::string& piece : pieces) bytes += piece;
     return bytes;
   }
   ConversionAhead Conversion() { return {files_, {report_, copy_, diff_}, nullptr}; }
@@ -72,16 +72,15 @@ class PreparationTest : public testing::Test {
 TEST_F(PreparationTest, GivesWhatTheOperationWouldWrite) {
   ComparisonAhead comparison(files_, old_, new_);
   Do(comparison);
-  const auto compared = comparison.Take(log_.errors, nullptr);
+  const auto compared = comparison.Take();
   ASSERT_TRUE(compared);
   EXPECT_EQ(BytesOf(*compared), memory_.Get(diff_));
-  EXPECT_EQ(&compared->context->errors(), &log_.errors);
 
   ConversionAhead conversion = Conversion();
   Do(conversion);
   EXPECT_TRUE(conversion.IsSaved());
   EXPECT_EQ(memory_.Get(copy_), SmallReport(3));
-  const auto converted = conversion.Take(log_.errors, nullptr);
+  const auto converted = conversion.Take();
   ASSERT_TRUE(converted);
   EXPECT_EQ(BytesOf(*converted), SmallReport(4));
   EXPECT_EQ(memory_.Get(report_), SmallReport(3)) << "nothing is written but the copy";
@@ -92,10 +91,9 @@ TEST_F(PreparationTest, VersionsWithoutADifferenceAreAResult) {
   memory_.Put(new_, SmallReport(3));
   ComparisonAhead comparison(files_, old_, new_);
   Do(comparison);
-  const auto result = comparison.Take(log_.errors, nullptr);
+  const auto result = comparison.Take();
   ASSERT_TRUE(result);
-  EXPECT_TRUE(IsArrayEmpty(result->lines));
-  EXPECT_THAT(result->encoded, IsEmpty());
+  EXPECT_THAT(*result, IsEmpty());
 }
 
 TEST_F(PreparationTest, IsGoodOnlyForFilesThatHaveNotChanged) {
@@ -118,6 +116,24 @@ TEST_F(PreparationTest, IsGoodOnlyForFilesThatHaveNotChanged) {
     EXPECT_FALSE(HasResult(conversion)) << path;
     memory_.Put(path, contents);
   }
+  ConversionAhead without_copy = Conversion();
+  Do(without_copy);
+  memory_.Put(copy_, "moved aside for another one");
+  EXPECT_FALSE(without_copy.IsSaved());
+}
+
+TEST_F(PreparationTest, TooLargeFilesAreLeftToTheirTurn) {
+  const std::size_t size = std::max(memory_.Get(report_).size(), memory_.Get(diff_).size());
+  for (const std::size_t largest : {size - 1, size}) {
+    ConversionAhead conversion(files_, {report_, copy_, diff_, largest}, nullptr);
+    Do(conversion);
+    EXPECT_TRUE(conversion.IsSaved());
+    EXPECT_EQ(HasResult(conversion), largest == size);
+  }
+  memory_.Put(old_, SmallReport(3) + std::string(kLargestAhead, ' '));
+  ComparisonAhead comparison(files_, old_, new_);
+  Do(comparison);
+  EXPECT_FALSE(HasResult(comparison));
 }
 
 // Even where the change comes while the work is being done.
@@ -223,17 +239,21 @@ TEST(WorkAheadTest, GivesEachItemItsOwnWorkAndGivesUpWhatIsLeftOut) {
   Workers workers(0);
   std::vector<std::size_t> begun;
   std::vector<std::size_t> done;
-  WorkAhead<Numbered> ahead(&workers, 6, [&](std::size_t item) {
+  WorkAhead<Numbered> ahead(&workers, 7, [&](std::size_t item) {
     begun.push_back(item);
-    return std::make_unique<Numbered>(item, done);
+    return item == 4 ? nullptr : std::make_unique<Numbered>(item, done);
   });
-  for (const std::size_t item : {0u, 1u, 3u, 5u}) {
+  for (const std::size_t item : {0u, 1u, 3u, 4u, 5u}) {
     const PostedWork<Numbered> work = ahead.Take(item);
+    if (item == 4) {
+      EXPECT_FALSE(work.Finished());
+      continue;
+    }
     ASSERT_TRUE(work.Finished());
     EXPECT_EQ(work.Finished()->item(), item);
   }
-  EXPECT_FALSE(ahead.Take(6).Finished());
-  EXPECT_THAT(begun, ElementsAre(0, 1, 2, 3, 4, 5));
+  EXPECT_FALSE(ahead.Take(7).Finished());
+  EXPECT_THAT(begun, ElementsAre(0, 1, 2, 3, 4, 5, 6));
   EXPECT_THAT(done, ElementsAre(0, 1, 3, 5));
 }
 

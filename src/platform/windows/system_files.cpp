@@ -196,15 +196,19 @@ class WindowsFileSystem final : public FileSystem {
            std::to_string(std::uint64_t{file.info.nFileIndexHigh} << 32 | file.info.nFileIndexLow);
   }
 
+  // The time of change tells of writers who put the time of the last writing back.
   std::string StampOf(const std::string& path) override {
     if (!FileExists(path)) return {};
     OpenedFile file{TryOpen(NativePath(path), 0, kShareAll), {}};
-    if (!GetFileInformationByHandle(file.handle.get(), &file.info)) return {};
+    FILE_BASIC_INFO times;
+    if (!GetFileInformationByHandle(file.handle.get(), &file.info) ||
+        !GetFileInformationByHandleEx(file.handle.get(), FileBasicInfo, &times, sizeof times))
+      return {};
     std::string stamp;
-    for (const DWORD part :
-         {file.info.dwVolumeSerialNumber, file.info.nFileIndexHigh, file.info.nFileIndexLow,
-          file.info.nFileSizeHigh, file.info.nFileSizeLow, file.info.ftLastWriteTime.dwHighDateTime,
-          file.info.ftLastWriteTime.dwLowDateTime})
+    for (const auto part :
+         {std::int64_t{file.info.dwVolumeSerialNumber}, std::int64_t{file.info.nFileIndexHigh},
+          std::int64_t{file.info.nFileIndexLow}, static_cast<std::int64_t>(file.size()),
+          std::int64_t{times.LastWriteTime.QuadPart}, std::int64_t{times.ChangeTime.QuadPart}})
       stamp.append(std::to_string(part)).append(" ");
     return stamp;
   }
