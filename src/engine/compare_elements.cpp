@@ -38,13 +38,13 @@ bool IsSameProperty(const Element& a, const Element& b) {
 
 // True for sections whose contents nobody has read and need not be read, as comparing them would
 // find each element again.
-bool IsSameSection(const Element& a, const Element& b) {
+bool IsSameSection(const Element& a, const Element& b, DistinctElements& distinct) {
   return !a.unread().empty() && a.unread() == b.unread() &&
-         HasDistinctElements(a.unread(), a.pending_child);
+         distinct.In(a.unread(), a.pending_child);
 }
 
-bool IsSame(const Element& a, const Element& b) {
-  return IsSameProperty(a, b) || IsSameSection(a, b);
+bool IsSame(const Element& a, const Element& b, DistinctElements& distinct) {
+  return IsSameProperty(a, b) || IsSameSection(a, b, distinct);
 }
 
 std::int32_t RowsOf(const Ref<ElementTable>& array) {
@@ -179,6 +179,7 @@ void BXLevelBasis::CompareElements(const Ref<ElementTable>& aOldElement,
         strCreateObject.empty() ? Element::kNoChild : LevelClassNumber(strCreateObject);
     const Symbol skipped = pool().Intern(pairing.skipped_key);
     const std::int32_t rows = RowsOf(aNewElement);
+    DistinctElements distinct;
     for (std::int32_t row = 1; row <= rows; ++row) {
       context_->Yield();
       const ElementKey key = aNewElement->Row(row).key;
@@ -187,7 +188,7 @@ void BXLevelBasis::CompareElements(const Ref<ElementTable>& aOldElement,
           FindElement(aOldElement, pairing.by_identity_alone ? key.Identity() : key);
       if (old_row == 0) {
         ReportUnpaired();
-      } else if (IsSame(aOldElement->Row(old_row), aNewElement->Row(row))) {
+      } else if (IsSame(aOldElement->Row(old_row), aNewElement->Row(row), distinct)) {
         PassUnchanged();
       } else {
         ComparePair(Read(*aOldElement, old_row), Read(*aNewElement, row), child_class);

@@ -46,11 +46,11 @@ bool IsWrittenAsRead(const LineWalker& line) {
   return !name.empty() && !IsComputed(name, line.level());
 }
 
-// The end of the line at `line`, its line end included, when it is a property of `level` without
-// tabs that stands there, behind `space`, just as it would be written; otherwise null. `end`: of
-// the text.
-const char* EndOfPropertyAsWritten(const char* line, const char* end, std::string_view space,
-                                   std::int32_t level) {
+// Where the value of a line begins, behind blanks, when the line is a property of `level` whose
+// name stands there, behind `space`, just as it would be written; otherwise null. `end`: of the
+// text.
+const char* ValueOfPropertyAsWritten(const char* line, const char* end, std::string_view space,
+                                     std::int32_t level) {
   for (const char indent : space) {
     if (line == end || *line++ != indent) return nullptr;
   }
@@ -59,31 +59,19 @@ const char* EndOfPropertyAsWritten(const char* line, const char* end, std::strin
   if (equals == end || equals == line || *equals == '\n' || equals[-1] == ' ') return nullptr;
   const char first = *line;
   if (first == ' ' || first == '[' || first == '{' || first == '}') return nullptr;
-  const char* value = equals + 1;
+  const std::string_view name(line, static_cast<std::size_t>(equals - line));
+  return IsComputed(name, level) ? nullptr : equals + 1;
+}
+
+// The end of a line from its value on, its line end included, when the value stands there just as
+// it would be written, up to tabs; otherwise null.
+const char* EndOfValueAsWritten(const char* value, const char* end) {
   while (value != end && *value == ' ') ++value;
   if (value == end || *value == '@') return nullptr;
   const auto size = static_cast<std::size_t>(end - value);
   const auto* const line_end = static_cast<const char*>(std::memchr(value, '\n', size));
   if (!line_end || line_end[-1] != '\r' || line_end[-2] == ' ') return nullptr;
-  const std::string_view name(line, static_cast<std::size_t>(equals - line));
-  return IsComputed(name, level) ? nullptr : line_end + 1;
-}
-
-// The properties of `level` at the beginning of the text, as far as they stand there just as they
-// would be written, with their line ends, and as far as one block goes.
-std::string_view BlockAt(std::string_view text, std::int32_t level, bool may_have_tabs) {
-  const std::string_view space = LevelSpace(level);
-  const char* const end = text.data() + text.size();
-  std::size_t size = 0;
-  while (size < WriteTable::kFullBlock) {
-    const char* const line = text.data() + size;
-    const char* const next = EndOfPropertyAsWritten(line, end, space, level);
-    if (!next) break;
-    const auto line_size = static_cast<std::size_t>(next - line);
-    if (may_have_tabs && text.substr(size, line_size).find('\t', space.size()) != text.npos) break;
-    size += line_size;
-  }
-  return text.substr(0, size);
+  return line_end + 1;
 }
 
 bool HasTab(std::uint64_t word) {
@@ -203,24 +191,90 @@ bool IsComputed(std::string_view name, std::int32_t level) {
   return level == kColumnLevel && EqualsIgnoreCase(name, "Columns");
 }
 
-bool HasDistinctElements(std::string_view contents, std::int32_t level) {
+bool DistinctElements::In(std::string_view contents, std::int32_t level) {
+  return (level == last_level_ && HasNamesOfTheLast(contents)) || Look(contents, level);
+}
+
+// Then the elements are distinct as well.
+bool DistinctElements::HasNamesOfTheLast(std::string_view contents) const {
+  const char* line = contents.data();
+  const char* const end = line + contents.size();
+  for (std::size_t place = 0; place < last_.size(); ++place) {
+    const char* value = last_.ValueOf(place, line, end);
+    if (!value) return false;
+    while (value != end && (*value == ' ' || *value == '\t')) ++value;
+    if (value == end || *value == '@') return false;
+    const auto* const line_end =
+        static_cast<const char*>(std::memchr(value, '\n', static_cast<std::size_t>(end - value)));
+    if (!line_end) return false;
+    line = line_end + 1;
+  }
+  return line == end && last_.size() > 0;
+}
+
+bool DistinctElements::Look(std::string_view contents, std::int32_t level) {
   DistinctMarks marks;
   std::array<std::uint64_t, kDeepestLevel + 2> lists{};
   std::uint64_t list_count = 0;
+  bool has_properties_only = true;
+  last_.Forget();
+  last_level_ = level;
   for (LineWalker line(contents, level - 1); line.Next();) {
+    if (line.type() != bxltProperty) has_properties_only = false;
     if (line.type() == bxltUnknown) continue;
+    // Another line that begins like this may be a section header.
+    if (line.line().front() == '[') has_properties_only = false;
     const std::string_view name = line.type() == bxltSection ? line.line() : PlainName(line.line());
     const NameEnds ends(name);
-    if (name.empty() || !IsSimple(name, ends)) return false;
+    if (name.empty() || !IsSimple(name, ends)) {
+      last_.Forget();
+      return false;
+    }
     const auto place = static_cast<std::size_t>(line.level());
     lists[place + 1] = ++list_count;
     marks.Add(Mark(name.size(), ends, lists[place]));
+    if (has_properties_only) {
+      const char* const behind_equals = name.data() + name.size() + 1;
+      last_.Remember(last_.size(),
+                     {line.begin(), static_cast<std::size_t>(behind_equals - line.begin())});
+    }
   }
-  return marks.AllDistinct();
+  const bool distinct = marks.AllDistinct();
+  if (!distinct || !has_properties_only) last_.Forget();
+  return distinct;
 }
 
-bool AppendAsRead(std::string_view contents, std::int32_t level, WriteTable& rows) {
+const char* AsReadWriter::EndOfProperty(const char* line, const char* end, std::int32_t level) {
+  const char* value = known_.ValueOf(place_, line, end);
+  const bool is_known = value != nullptr;
+  if (!is_known) value = ValueOfPropertyAsWritten(line, end, LevelSpace(level), level);
+  const char* const next = value ? EndOfValueAsWritten(value, end) : nullptr;
+  if (next && !is_known) known_.Remember(place_, {line, static_cast<std::size_t>(value - line)});
+  return next;
+}
+
+std::string_view AsReadWriter::BlockAt(std::string_view text, std::int32_t level,
+                                       bool may_have_tabs) {
+  if (level != known_level_) known_.Forget();
+  known_level_ = level;
+  const std::size_t space = LevelSpace(level).size();
+  const char* const end = text.data() + text.size();
+  std::size_t size = 0;
+  while (size < WriteTable::kFullBlock) {
+    const char* const line = text.data() + size;
+    const char* const next = EndOfProperty(line, end, level);
+    if (!next) break;
+    const auto line_size = static_cast<std::size_t>(next - line);
+    if (may_have_tabs && text.substr(size, line_size).find('\t', space) != text.npos) break;
+    size += line_size;
+    ++place_;
+  }
+  return text.substr(0, size);
+}
+
+bool AsReadWriter::Append(std::string_view contents, std::int32_t level, WriteTable& rows) {
   rows.EndBlock();
+  place_ = 0;
   const std::int32_t before = rows.rows();
   const bool has_tabs = contents.find('\t') != std::string_view::npos;
   const char* const end = contents.data() + contents.size();

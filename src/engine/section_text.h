@@ -1,9 +1,12 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/element.h"
 #include "engine/write_table.h"
@@ -118,14 +121,70 @@ class NestingCheck {
   std::uint32_t open_levels_;
 };
 
-// True when no two lines of one list in this text, the contents of a section, can be taken for the
-// same element, so that each is found again in an equal text. May be false where it would be true.
-bool HasDistinctElements(std::string_view contents, std::int32_t level);
+// How the lines of a section begin: each one's indentation and name with the "=" behind it. Most
+// sections have the properties of the one before, so what has been found of its names need not be
+// looked for again. The texts must outlive the object.
+class LineBeginnings {
+ public:
+  // How many lines are known, from the first one on.
+  std::size_t size() const { return beginnings_.size(); }
+  void Forget() { beginnings_.clear(); }
+  // Takes the beginning of the line at a place, counted from 0; those between are not known.
+  void Remember(std::size_t place, std::string_view beginning) {
+    if (place >= beginnings_.size()) beginnings_.resize(place + 1);
+    beginnings_[place] = beginning;
+  }
+  // What stands behind the "=" of `line` when it begins as the one known at this place, otherwise
+  // null. `end`: of the text.
+  const char* ValueOf(std::size_t place, const char* line, const char* end) const {
+    if (place >= beginnings_.size()) return nullptr;
+    const std::string_view known = beginnings_[place];
+    const bool is_same = !known.empty() && static_cast<std::size_t>(end - line) >= known.size() &&
+                         std::memcmp(line, known.data(), known.size()) == 0;
+    return is_same ? line + known.size() : nullptr;
+  }
 
-// Appends the contents of a section, whose topmost lines stand at `level`, as the rows that they
-// are written as, in blocks where the table takes them. False, and nothing appended, when some line
-// has to be read for that.
-bool AppendAsRead(std::string_view contents, std::int32_t level, WriteTable& rows);
+ private:
+  std::vector<std::string_view> beginnings_;
+};
+
+// Looks at the contents of sections, which must outlive the object. Best used for the sections of
+// one list, one after the other.
+class DistinctElements {
+ public:
+  // True when no two lines of one list in this text can be taken for the same element, so that each
+  // is found again in an equal text. May be false where it would be true.
+  bool In(std::string_view contents, std::int32_t level);
+
+ private:
+  bool HasNamesOfTheLast(std::string_view contents) const;
+  bool Look(std::string_view contents, std::int32_t level);
+
+  // Of the last text whose elements were distinct, if all of its lines were properties.
+  LineBeginnings last_;
+  std::int32_t last_level_ = 0;
+};
+
+// Writes the contents of sections as they were read; the same holds for these.
+class AsReadWriter {
+ public:
+  // Appends the contents of a section, whose topmost lines stand at `level`, as the rows that they
+  // are written as, in blocks where the table takes them. False, and nothing appended, when some
+  // line has to be read for that.
+  bool Append(std::string_view contents, std::int32_t level, WriteTable& rows);
+
+ private:
+  // The properties of `level` at the beginning of the text, as far as they stand there just as they
+  // would be written, with their line ends, and as far as one block goes.
+  std::string_view BlockAt(std::string_view text, std::int32_t level, bool may_have_tabs);
+  // The end of the line at `line`, its line end included, when it is such a property; else null.
+  const char* EndOfProperty(const char* line, const char* end, std::int32_t level);
+
+  // Of lines that stood as they would be written, in the order of the section's lines.
+  LineBeginnings known_;
+  std::int32_t known_level_ = 0;
+  std::size_t place_ = 0;  // of the next line in its section
+};
 
 // True for a property whose name or value follows from the lines around it when it is written.
 bool IsComputed(std::string_view name, std::int32_t level);

@@ -16,12 +16,13 @@ void BXLevelBasis::PrepareWriting(Ref<WriteTable>& aWrite, std::int32_t lngLevel
   procedure.Run([&] {
     if (IsArrayEmpty(m_aElement)) return;
     if (!aWrite) aWrite = MakeRef<WriteTable>();
+    AsReadWriter as_read;
     for (std::int32_t row = 1; row <= m_aElement->rows(); ++row) {
       context_->Yield();
       const Element& element = m_aElement->Row(row);
       WriteElement(element, lngLevel, *aWrite);
       if (!element.unread().empty()) {
-        if (AppendAsRead(element.unread(), element.pending_child, *aWrite)) continue;
+        if (as_read.Append(element.unread(), element.pending_child, *aWrite)) continue;
         ChildOf(*m_aElement, row);
       }
       if (element.child) element.child->PrepareWriting(aWrite, 0);

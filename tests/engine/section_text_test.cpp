@@ -94,7 +94,7 @@ TEST(NestingCheck, WantsEachLineBelowTheOneBefore) {
   for (const Row& row : rows) EXPECT_EQ(IsWellNested(row.lines), row.well_nested) << row.name;
 }
 
-TEST(HasDistinctElements, IsFalseWhereverElementsMayBeTheSame) {
+TEST(DistinctElements, IsFalseWhereverElementsMayBeTheSame) {
   std::vector<std::string> many;
   for (int n = 0; n < 2000; ++n) many.push_back("Property" + std::to_string(n) + "=1");
   std::vector<std::string> many_and_one = many;
@@ -134,11 +134,97 @@ TEST(HasDistinctElements, IsFalseWhereverElementsMayBeTheSame) {
       {"many and the first one twice", many_and_the_first, false},
   };
   for (const Row& row : rows) {
-    EXPECT_EQ(HasDistinctElements(Text(row.lines), 1), row.distinct) << row.name;
+    EXPECT_EQ(DistinctElements().In(Text(row.lines), 1), row.distinct) << row.name;
   }
 }
 
-TEST(AppendAsRead, GivesTheRowsOrNothing) {
+// Whatever section came before, each one is told about as if it were the first.
+TEST(DistinctElements, AreTheSameWhateverCameBefore) {
+  const std::string texts[] = {
+      "",
+      " A=1\r\n B=2\r\n",
+      " A=3\r\n B=4\r\n",
+      " A=\r\n B= \t\r\n",
+      " A=1\n B=2\n",
+      " A=1\r\n B=2",
+      " A=1\r\n B=",
+      " A=1\r\n B=@C\r\n",
+      " A= \t@C\r\n B=1\r\n",
+      " A=1\r\n",
+      " A=1\r\n B=2\r\n C=3\r\n",
+      " A=1\r\n B=2\r\n B=3\r\n",
+      " A=1\r\n B=2\r\n\r\n",
+      "A=1\r\nB=2\r\n",
+      " A=1\r\n A=2\r\n",
+      " a=1\r\n B=2\r\n",
+      " A =1\r\n B=2\r\n",
+      " A=1\r\n\tB=2\r\n",
+      " [A=1\r\n B=2\r\n",
+      " [A=1]\r\n B=2\r\n",
+      " [A=1]\r\n [A=1]\r\n",
+      " [A=1\r\n [A=2\r\n",
+      " A=1\r\n{\r\n B=2\r\n}\r\n",
+  };
+  for (const std::string& first : texts) {
+    for (const std::string& second : texts) {
+      for (const std::int32_t level : {1, 2}) {
+        DistinctElements distinct;
+        distinct.In(first, 1);
+        EXPECT_EQ(distinct.In(second, level), DistinctElements().In(second, level))
+            << first << "before\n"
+            << second;
+      }
+    }
+  }
+}
+
+TEST(AsReadWriter, WritesTheSameWhateverCameBefore) {
+  const std::string texts[] = {
+      "",
+      " A=1\r\n B=2\r\n",
+      " A=3\r\n B=4\r\n",
+      " A=\r\n B=2\r\n",
+      " A=1\n B=2\r\n",
+      " A=1 \r\n B=2\r\n",
+      " A=1\r\n B=2",
+      " A=1\r\n B=@C\r\n",
+      " A= @C\r\n B=1\r\n",
+      " A= 1\r\n B=\t1\r\n",
+      " A=1\t\r\n B=1\r\n",
+      " A\tA=1\r\n B=1\r\n",
+      " A\tA=2\r\n B=1\r\n",
+      " A=1\r\n C=2\r\n B=3\r\n",
+      "A=1\r\nB=2\r\n",
+      "  A=1\r\n  B=2\r\n",
+      " User=1\r\n B=2\r\n",
+      "  User=1\r\n  Columns=2\r\n",
+      " A=1\r\n {\r\n  B=2\r\n }\r\n C=1\r\n",
+      " [@Lines]\r\n {\r\n  A=2\r\n }\r\n",
+  };
+  const auto rows_of = [](AsReadWriter& writer, const std::string& text, std::int32_t level) {
+    std::vector<std::string> rows;
+    WriteTable table(true);
+    if (!writer.Append(text, level, table)) rows.push_back("not as read");
+    for (std::int32_t row = 1; row <= table.rows(); ++row) {
+      rows.push_back(std::to_string(table.Level(row)) + std::string(table.Text(row)));
+    }
+    return rows;
+  };
+  for (const std::string& first : texts) {
+    for (const std::string& second : texts) {
+      for (const std::int32_t level : {1, 2, 7}) {
+        AsReadWriter writer;
+        AsReadWriter fresh;
+        rows_of(writer, first, 1);
+        EXPECT_EQ(rows_of(writer, second, level), rows_of(fresh, second, level))
+            << first << "before\n"
+            << second;
+      }
+    }
+  }
+}
+
+TEST(AsReadWriter, GivesTheRowsOrNothing) {
   struct Row {
     const char* name;
     std::vector<std::string> lines;
@@ -160,7 +246,7 @@ TEST(AppendAsRead, GivesTheRowsOrNothing) {
   for (const Row& row : rows) {
     WriteTable table;
     table.Append(0, "[Before]");
-    EXPECT_EQ(AppendAsRead(Text(row.lines), 1, table), row.done) << row.name;
+    EXPECT_EQ(AsReadWriter().Append(Text(row.lines), 1, table), row.done) << row.name;
     if (!row.done) {
       EXPECT_EQ(table.rows(), 1) << row.name;
       table.Append(0, "[Behind]");
@@ -169,21 +255,21 @@ TEST(AppendAsRead, GivesTheRowsOrNothing) {
   }
 }
 
-TEST(AppendAsRead, KeepsTheLevels) {
+TEST(AsReadWriter, KeepsTheLevels) {
   const Ref<WriteTable> table = MakeRef<WriteTable>();
-  EXPECT_TRUE(
-      AppendAsRead(Text({"[@Lines]", "  {", "\t[S]", "", "{", "A= 1", "}", "}"}), 1, *table));
+  EXPECT_TRUE(AsReadWriter().Append(Text({"[@Lines]", "  {", "\t[S]", "", "{", "A= 1", "}", "}"}),
+                                    1, *table));
   EXPECT_THAT(WriteRows(table), ElementsAre("1 [@Lines]", "2 [S]", "3 A= 1"));
 }
 
-TEST(AppendAsRead, LeavesTheNumberOfColumnsToThoseWhoCount) {
+TEST(AsReadWriter, LeavesTheNumberOfColumnsToThoseWhoCount) {
   WriteTable table;
-  EXPECT_FALSE(AppendAsRead(Text({"{", "COLUMNS=3", "}"}), 7, table));
-  EXPECT_TRUE(AppendAsRead(Text({"{", "Columns=3", "}"}), 8, table));
+  EXPECT_FALSE(AsReadWriter().Append(Text({"{", "COLUMNS=3", "}"}), 7, table));
+  EXPECT_TRUE(AsReadWriter().Append(Text({"{", "Columns=3", "}"}), 8, table));
 }
 
 // Lines that stand as they would be written make one row.
-TEST(AppendAsRead, PutsLinesIntoBlocks) {
+TEST(AsReadWriter, PutsLinesIntoBlocks) {
   struct Row {
     const char* what;
     const char* contents;
@@ -210,17 +296,17 @@ TEST(AppendAsRead, PutsLinesIntoBlocks) {
   };
   for (const Row& row : rows) {
     const Ref<WriteTable> table = MakeRef<WriteTable>(true);
-    EXPECT_TRUE(AppendAsRead(row.contents, 1, *table)) << row.what;
+    EXPECT_TRUE(AsReadWriter().Append(row.contents, 1, *table)) << row.what;
     EXPECT_EQ(WriteRows(table), row.rows) << row.what;
   }
 }
 
-TEST(AppendAsRead, KeepsBlocksSmall) {
+TEST(AsReadWriter, KeepsBlocksSmall) {
   const std::string line = " Name=value\r\n";
   std::string contents;
   for (int n = 0; n < 1000; ++n) contents += line;
   const Ref<WriteTable> table = MakeRef<WriteTable>(true);
-  EXPECT_TRUE(AppendAsRead(contents, 1, *table));
+  EXPECT_TRUE(AsReadWriter().Append(contents, 1, *table));
   EXPECT_GT(table->rows(), 1);
   std::string written;
   for (std::int32_t row = 1; row <= table->rows(); ++row) {
@@ -230,31 +316,31 @@ TEST(AppendAsRead, KeepsBlocksSmall) {
   EXPECT_EQ(written, contents);
 }
 
-TEST(AppendAsRead, LeavesOutOfBlocksWhatHasToBeRead) {
+TEST(AsReadWriter, LeavesOutOfBlocksWhatHasToBeRead) {
   for (const char* contents :
        {" A=1\r\n B=1\tC\r\n", " A=1\r\n User1=@A;1\r\n", " A=1\r\n A= @B;1\r\n",
         " A=1\r\n SUM=1\r\n", " A=1\r\n B =1\r\n", " A=1\r\n =1\r\n", " A=1\r\n B\r\n"}) {
     WriteTable table(true);
-    EXPECT_FALSE(AppendAsRead(contents, 1, table)) << contents;
+    EXPECT_FALSE(AsReadWriter().Append(contents, 1, table)) << contents;
     EXPECT_EQ(table.rows(), 0) << contents;
   }
 }
 
 // What is taken back must not have become part of a row that was there before.
-TEST(AppendAsRead, GoesOnWithNoBlockOfOthers) {
+TEST(AsReadWriter, GoesOnWithNoBlockOfOthers) {
   for (const bool done : {false, true}) {
     const Ref<WriteTable> table = MakeRef<WriteTable>(true);
     table->AppendProperty(1).append("Before=1");
-    EXPECT_EQ(AppendAsRead(done ? " A=1\r\n" : " A=1\r\n B\r\n", 1, *table), done);
+    EXPECT_EQ(AsReadWriter().Append(done ? " A=1\r\n" : " A=1\r\n B\r\n", 1, *table), done);
     const std::vector<std::string> rows = WriteRows(table);
     EXPECT_EQ(rows, done ? std::vector<std::string>({"1 Before=1", "1 A=1"})
                          : std::vector<std::string>({"1 Before=1"}));
   }
 }
 
-TEST(AppendAsRead, TakesDeepIndentationForBlocks) {
+TEST(AsReadWriter, TakesDeepIndentationForBlocks) {
   const Ref<WriteTable> table = MakeRef<WriteTable>(true);
-  EXPECT_TRUE(AppendAsRead("\t {\r\n\t A=1\r\n\t B=1\r\n\tC=1\r\n", 5, *table));
+  EXPECT_TRUE(AsReadWriter().Append("\t {\r\n\t A=1\r\n\t B=1\r\n\tC=1\r\n", 5, *table));
   EXPECT_THAT(WriteRows(table), ElementsAre("5 A=1\r\n\t B=1", "5 C=1"));
 }
 
