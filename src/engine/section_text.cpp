@@ -192,10 +192,10 @@ bool IsComputed(std::string_view name, std::int32_t level) {
 }
 
 bool DistinctElements::In(std::string_view contents, std::int32_t level) {
-  return (level == last_level_ && HasNamesOfTheLast(contents)) || Look(contents, level);
+  return HasNamesOfTheLast(contents) || Look(contents, level);
 }
 
-// Then the elements are distinct as well.
+// Then the elements are distinct as well, on whatever level.
 bool DistinctElements::HasNamesOfTheLast(std::string_view contents) const {
   const char* line = contents.data();
   const char* const end = line + contents.size();
@@ -218,7 +218,6 @@ bool DistinctElements::Look(std::string_view contents, std::int32_t level) {
   std::uint64_t list_count = 0;
   bool has_properties_only = true;
   last_.Forget();
-  last_level_ = level;
   for (LineWalker line(contents, level - 1); line.Next();) {
     if (line.type() != bxltProperty) has_properties_only = false;
     if (line.type() == bxltUnknown) continue;

@@ -162,7 +162,6 @@ class DistinctElements {
 
   // Of the last text whose elements were distinct, if all of its lines were properties.
   LineBeginnings last_;
-  std::int32_t last_level_ = 0;
 };
 
 // Writes the contents of sections as they were read; the same holds for these.

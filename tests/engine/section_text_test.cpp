@@ -162,6 +162,7 @@ TEST(DistinctElements, AreTheSameWhateverCameBefore) {
       " [A=1\r\n B=2\r\n",
       " [A=1]\r\n B=2\r\n",
       " [A=1]\r\n [A=1]\r\n",
+      " [A=ü]\r\n B=2\r\n",
       " [A=1\r\n [A=2\r\n",
       " A=1\r\n{\r\n B=2\r\n}\r\n",
   };
