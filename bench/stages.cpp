@@ -40,7 +40,7 @@ class Sample {
     Save("/customer.lst", reports_.customer_report);
     SharedErrors errors;
     const Ref<EngineContext> context = NewEngineContext(errors, nullptr);
-    WriteReport(SystemFiles(), context, File("/differences"), Differences(context), nullptr);
+    WriteReport(SystemFiles(), File("/differences"), {context, Differences(context)}, nullptr);
   }
   Sample(const Sample&) = delete;
   Sample& operator=(const Sample&) = delete;
@@ -195,7 +195,7 @@ void ParseBoth(benchmark::State& state) {
 
 void ParseCompareWrite(benchmark::State& state) {
   Measure(state, Nothing, [](const Sample& sample, const Ref<EngineContext>& context, int) {
-    WriteReport(SystemFiles(), context, sample.File("/written"), sample.Differences(context),
+    WriteReport(SystemFiles(), sample.File("/written"), {context, sample.Differences(context)},
                 nullptr);
     return 0;
   });

@@ -11,7 +11,7 @@ int RunRoundtrip(const CommandLine& line, const CommandSurroundings& around) {
   const std::string to = AbsolutePath(line.operands[1]);
   return WithReports(around, [&](const Ref<EngineContext>& context) {
     const Ref<ElementTable> elements = ReadForCommand(around, context, from);
-    WriteReport(around.files, context, to, elements, nullptr);
+    WriteReport(around.files, to, {context, elements}, nullptr);
     if (!line.quiet) around.output.Line("Geschrieben: " + Printable(line.operands[1]));
   });
 }

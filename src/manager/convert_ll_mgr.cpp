@@ -183,10 +183,10 @@ Ref<ElementTable> BXConvertLLMgr::ReadFile(const Ref<EngineContext>& context,
   return lines;
 }
 
-void BXConvertLLMgr::WriteFile(const std::string& path, const StepResult& result, FileKind kind) {
+void BXConvertLLMgr::WriteFile(const std::string& path, NewContents contents, FileKind kind) {
   bool damaged = false;
   try {
-    WriteReport(around_.files, result.context, path, result.lines, &damaged, kind, result.encoded);
+    WriteReport(around_.files, path, std::move(contents), &damaged, kind);
   } catch (const Failure&) {
     m_blnFileDamaged = damaged;
     throw;

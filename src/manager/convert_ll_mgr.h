@@ -44,7 +44,7 @@ struct ConversionPlan;
 struct DiffFileName;
 struct FileSections;
 struct ListedFile;
-struct StepResult;
+struct NewContents;
 
 // True for the name of a report that a folder conversion shall leave out.
 using OmitReport = std::function<bool(const std::string& file_name)>;
@@ -132,7 +132,7 @@ class BXConvertLLMgr {
 
   Ref<ElementTable> ReadFile(const Ref<EngineContext>& context, const std::string& path,
                              FileSections* sections = nullptr);
-  void WriteFile(const std::string& path, const StepResult& result, FileKind kind);
+  void WriteFile(const std::string& path, NewContents contents, FileKind kind);
 
   // Creating difference files.
   Outcome ComparePair(Step& step, ReportPair& pair, const std::string& diff_folder);
@@ -140,9 +140,9 @@ class BXConvertLLMgr {
                    std::string& reference);
   void CheckVersions(Step& step, const ReportPair& pair);
   void ShowComparing(const ReportPair& pair);
-  StepResult Compare(Step& step, const ReportPair& pair);
+  NewContents Compare(Step& step, const ReportPair& pair);
   std::string WriteDifferences(Step& step, const ReportPair& pair, const std::string& diff_folder,
-                               const StepResult& result);
+                               NewContents result);
   void WarnOfSameName(const std::string& diff_name, const std::string& report);
   Outcome CompareFolders(Step& step, const std::string& old_folder, const std::string& new_folder,
                          const std::string& diff_folder);
@@ -157,11 +157,11 @@ class BXConvertLLMgr {
   void ConvertBy(Step& step, const ConversionStep& what, const std::string& versions,
                  const std::string& backup_folder);
   void ShowConverting(const ConversionStep& what, const std::string& versions);
-  std::optional<StepResult> ApplyDifferences(Step& step, const ConversionStep& what,
-                                             const std::string& versions,
-                                             ConversionObserver* observer);
+  std::optional<NewContents> ApplyDifferences(Step& step, const ConversionStep& what,
+                                              const std::string& versions,
+                                              ConversionObserver* observer);
   void UpdateReport(Step& step, const ConversionStep& what, const std::string& versions,
-                    const std::string& backup_folder, const StepResult& result);
+                    const std::string& backup_folder, NewContents result);
   Outcome ConvertFolder(Step& step, const std::string& diff_folder,
                         const std::string& report_folder, const std::string& wanted_backup_folder,
                         const OmitReport& omit);

@@ -179,18 +179,17 @@ DiffFileName BXConvertLLMgr::CheckDifferenceFile(Step& step, const std::string& 
 
 void BXConvertLLMgr::ConvertBy(Step& step, const ConversionStep& what, const std::string& versions,
                                const std::string& backup_folder) {
-  const PostedWork<ConversionAhead> posted = std::move(conversion_ahead_);
+  PostedWork<ConversionAhead> posted = std::move(conversion_ahead_);
   if (around_.workers) ShowConverting(what, versions);
   ConversionAhead* const ahead = posted.Finished();
-  std::optional<StepResult> result;
-  if (ahead && ahead->IsFor(what.report_path, what.diff_path)) {
-    if (auto encoded = ahead->Take()) {
-      result = {NewEngineContext(log_.errors, around_.loop), nullptr, std::move(*encoded)};
-    }
-  }
+  std::optional<NewContents> result;
+  if (ahead && ahead->IsFor(what.report_path, what.diff_path)) result = ahead->Take();
+  if (result) result->context = NewEngineContext(log_.errors, around_.loop);
   ObservedStep observed(result ? ahead->TakeObserver() : ObserverOf(what, around_.steps));
+  // Otherwise what was prepared for another step would hold the place of the new file.
+  posted = {};
   if (!result) result = ApplyDifferences(step, what, versions, observed.observer());
-  if (result) UpdateReport(step, what, versions, backup_folder, *result);
+  if (result) UpdateReport(step, what, versions, backup_folder, *std::move(result));
   observed.SetDone();
 }
 
@@ -199,9 +198,9 @@ void BXConvertLLMgr::ShowConverting(const ConversionStep& what, const std::strin
 }
 
 // Nothing where the difference file has no differences.
-std::optional<StepResult> BXConvertLLMgr::ApplyDifferences(Step& step, const ConversionStep& what,
-                                                           const std::string& versions,
-                                                           ConversionObserver* observer) {
+std::optional<NewContents> BXConvertLLMgr::ApplyDifferences(Step& step, const ConversionStep& what,
+                                                            const std::string& versions,
+                                                            ConversionObserver* observer) {
   const std::string name = FileNameOf(what.report_path);
   const Ref<EngineContext> context = NewEngineContext(log_.errors, around_.loop);
   context->SetObserver(observer);
@@ -218,19 +217,19 @@ std::optional<StepResult> BXConvertLLMgr::ApplyDifferences(Step& step, const Con
   step.exit_message = "Fehler beim Konvertierungsvorgang der Datei " + name;
   const Ref<Level> converted = context->CreateLevel(0);
   converted->Convert(report, differences);
-  return StepResult{context, converted->ElementArray()};
+  return NewContents{context, converted->ElementArray()};
 }
 
 void BXConvertLLMgr::UpdateReport(Step& step, const ConversionStep& what,
                                   const std::string& versions, const std::string& backup_folder,
-                                  const StepResult& result) {
+                                  NewContents result) {
   const std::string name = FileNameOf(what.report_path);
   ShowStep("Bericht " + name + " wird " + versions + " aktualisiert");
   step.exit_message = "Fehler beim Schreiben in die Datei " + name;
   step.after_exit_message = [this, name, path = what.report_path, backup_folder] {
     if (m_blnFileDamaged) RestoreFile(around_, errors(), backup_folder, name, path);
   };
-  WriteFile(what.report_path, result, FileKind::kReport);
+  WriteFile(what.report_path, std::move(result), FileKind::kReport);
 }
 
 bool BXConvertLLMgr::ConvertReports(const std::string& strDiffFolderPath,
@@ -293,6 +292,7 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertFolder(Step& step, const std::str
     if (!backup.skip && !(done && done->IsSaved()) &&
         BackupReport(around_, backup.path, report_folder, report.name) == Answer::kNo) {
       Skipped(report.path);
+      conversion_ahead_ = {};
       continue;
     }
     around_.user.SetMousePointer(MousePointer::kHourglass);

@@ -82,18 +82,15 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ComparePair(Step& step, ReportPair& pair
   CheckReport(step, pair.new_path, pair.new_name, pair.new_version, pair.new_reference);
   CheckVersions(step, pair);
 
-  std::optional<StepResult> result;
+  std::optional<NewContents> result;
   const PostedWork<ComparisonAhead> posted = std::move(comparison_ahead_);
   if (around_.workers) ShowComparing(pair);
   ComparisonAhead* const ahead = posted.Finished();
-  if (ahead && ahead->IsFor(pair.old_path, pair.new_path)) {
-    if (auto encoded = ahead->Take()) {
-      result = {NewEngineContext(log_.errors, around_.loop), nullptr, std::move(*encoded)};
-    }
-  }
+  if (ahead && ahead->IsFor(pair.old_path, pair.new_path)) result = ahead->Take();
+  if (result) result->context = NewEngineContext(log_.errors, around_.loop);
   if (!result) result = Compare(step, pair);
   std::string diff_name;
-  if (!result->IsEmpty()) diff_name = WriteDifferences(step, pair, diff_folder, *result);
+  if (!result->IsEmpty()) diff_name = WriteDifferences(step, pair, diff_folder, *std::move(result));
   log_.AddToResultLog("Die Differenz-Datei " + diff_name + " für den Bericht " +
                           pair.old_reference + " " + pair.VersionsText() +
                           " wurde erfolgreich erstellt.",
@@ -110,7 +107,7 @@ void BXConvertLLMgr::ShowComparing(const ReportPair& pair) {
   ShowStep("Berichtsdateien " + pair.old_name + " werden verglichen");
 }
 
-StepResult BXConvertLLMgr::Compare(Step& step, const ReportPair& pair) {
+NewContents BXConvertLLMgr::Compare(Step& step, const ReportPair& pair) {
   const Ref<EngineContext> context = NewEngineContext(log_.errors, around_.loop);
   ShowStep("Berichtsdateien " + pair.old_name + " werden gelesen");
   step.exit_message = "Fehler beim Lesen der Datei " + pair.new_name;
@@ -161,8 +158,7 @@ void BXConvertLLMgr::CheckVersions(Step& step, const ReportPair& pair) {
 }
 
 std::string BXConvertLLMgr::WriteDifferences(Step& step, const ReportPair& pair,
-                                             const std::string& diff_folder,
-                                             const StepResult& result) {
+                                             const std::string& diff_folder, NewContents result) {
   ShowStep("Schreibvorgang wird vorbereitet");
   step.exit_message = "Fehler beim Schreiben der Differenz-Datei ";
   const std::string name = BuildDiffFileName(around_.files, pair.old_path, pair.new_path);
@@ -172,7 +168,7 @@ std::string BXConvertLLMgr::WriteDifferences(Step& step, const ReportPair& pair,
   if (diff_folder.empty() || IsUnsafeFileName(name)) throw Failure(kBadFileName);
   if (!IsWholeName(name, pair.old_version, pair.new_version)) throw Failure(kDeviceError);
   ShowStep("Differenzdatei " + name + " wird geschrieben");
-  WriteFile(path, result, FileKind::kDifferenceFile);
+  WriteFile(path, std::move(result), FileKind::kDifferenceFile);
   WarnOfSameName(name, pair.old_name);
   return name;
 }

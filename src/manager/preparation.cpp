@@ -10,12 +10,6 @@
 namespace tessary {
 namespace {
 
-FilePieces Encoded(const Ref<EngineContext>& context, const Ref<ElementTable>& lines) {
-  FilePieces pieces;
-  EncodeReport(context, {}, lines, [&](std::string piece) { pieces.push_back(std::move(piece)); });
-  return pieces;
-}
-
 bool IsReport(FileSystem& files, const std::string& path) {
   std::int32_t version = 0;
   std::string reference;
@@ -47,12 +41,13 @@ bool Preparation::InputsAreUnchanged() const {
   });
 }
 
-std::optional<FilePieces> Preparation::Take() {
-  if (!result_ || !InputsAreUnchanged()) return std::nullopt;
-  return std::exchange(result_, std::nullopt);
+std::optional<NewContents> Preparation::Take() {
+  std::optional<NewContents> result = std::exchange(result_, std::nullopt);
+  if (result && !InputsAreUnchanged()) result.reset();
+  return result;
 }
 
-std::optional<FilePieces> ComparisonAhead::Prepare(const Ref<EngineContext>& context) {
+std::optional<NewContents> ComparisonAhead::Prepare(const Ref<EngineContext>& context) {
   DependOn(old_path_);
   DependOn(new_path_);
   if (!IsReport(files(), old_path_) || !IsReport(files(), new_path_)) return std::nullopt;
@@ -63,10 +58,15 @@ std::optional<FilePieces> ComparisonAhead::Prepare(const Ref<EngineContext>& con
   const Ref<Level> differences = context->CreateLevel(0);
   differences->Compare(old_lines, new_lines);
   const Ref<ElementTable> lines = differences->ElementArray();
-  return IsArrayEmpty(lines) ? FilePieces() : Encoded(context, lines);
+  NewContents contents;
+  if (!IsArrayEmpty(lines)) {
+    EncodeReport(context, {}, lines,
+                 [&](std::string piece) { contents.encoded.push_back(std::move(piece)); });
+  }
+  return contents;
 }
 
-std::optional<FilePieces> ConversionAhead::Prepare(const Ref<EngineContext>& context) {
+std::optional<NewContents> ConversionAhead::Prepare(const Ref<EngineContext>& context) {
   DependOn(plan_.report_path);
   if (!plan_.copy_path.empty()) {
     is_saved_ = files().AddCopy(plan_.report_path, plan_.copy_path);
@@ -81,7 +81,12 @@ std::optional<FilePieces> ConversionAhead::Prepare(const Ref<EngineContext>& con
   if (!differences || !report) return std::nullopt;
   const Ref<Level> converted = context->CreateLevel(0);
   converted->Convert(report, differences);
-  return Encoded(context, converted->ElementArray());
+  NewContents contents;
+  contents.replacement = files().OpenForReplacing(plan_.report_path);
+  EncodeReport(context, {}, converted->ElementArray(),
+               [&](const std::string& piece) { contents.replacement->Write(piece); });
+  contents.replacement->Prepare();
+  return contents;
 }
 
 }  // namespace tessary

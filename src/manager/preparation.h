@@ -20,25 +20,16 @@
 
 namespace tessary {
 
-// What is to be written at the end of a step, as lines and the context they live in, or already as
-// the bytes of the file.
-struct StepResult {
-  Ref<EngineContext> context;
-  Ref<ElementTable> lines = {};
-  FilePieces encoded = {};
-
-  bool IsEmpty() const { return IsArrayEmpty(lines) && encoded.empty(); }
-};
-
 // How much of a folder's reports is worth the memory that several at a time take.
 inline constexpr std::size_t kLargestAhead = std::size_t{8} << 20;
 
 // One piece of such work. Trees and what belongs to them live only as long as it is being done.
 class Preparation : public Job {
  public:
-  // The bytes prepared from files that are still what they were, none where there is nothing to
-  // write; nothing at all when there is no result. May be called once.
-  std::optional<FilePieces> Take();
+  // What was prepared from files that are still what they were, without a context, and empty where
+  // there is nothing to write; nothing at all when there is no result. May be called once, and
+  // leaves nothing behind.
+  std::optional<NewContents> Take();
 
  protected:
   // `files`, whose file system several threads may use, must outlive the work. Larger files than
@@ -60,14 +51,14 @@ class Preparation : public Job {
   };
 
   void Run() noexcept final;
-  // The bytes to be written; nothing where something deserves attention. What it raises ends the
+  // What is to be written; nothing where something deserves attention. What it raises ends the
   // work.
-  virtual std::optional<FilePieces> Prepare(const Ref<EngineContext>& context) = 0;
+  virtual std::optional<NewContents> Prepare(const Ref<EngineContext>& context) = 0;
 
   FileSystem& files_;
   const std::size_t largest_;
   std::vector<Input> inputs_;
-  std::optional<FilePieces> result_;
+  std::optional<NewContents> result_;
 };
 
 // Compares two versions of a report.
@@ -83,7 +74,7 @@ class ComparisonAhead final : public Preparation {
   }
 
  private:
-  std::optional<FilePieces> Prepare(const Ref<EngineContext>& context) override;
+  std::optional<NewContents> Prepare(const Ref<EngineContext>& context) override;
 
   std::string old_path_;
   std::string new_path_;
@@ -96,7 +87,7 @@ struct ConversionPlan {
   std::size_t largest = kLargestAhead;
 };
 
-// Saves a report and applies a difference file to it.
+// Saves a report, applies a difference file to it, and brings the result to the disk beside it.
 class ConversionAhead final : public Preparation {
  public:
   // `observer` may be null.
@@ -113,7 +104,7 @@ class ConversionAhead final : public Preparation {
   std::unique_ptr<StepObserver> TakeObserver() { return std::move(observer_); }
 
  private:
-  std::optional<FilePieces> Prepare(const Ref<EngineContext>& context) override;
+  std::optional<NewContents> Prepare(const Ref<EngineContext>& context) override;
 
   ConversionPlan plan_;
   std::unique_ptr<StepObserver> observer_;

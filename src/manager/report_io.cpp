@@ -93,19 +93,22 @@ void EncodeReport(const Ref<EngineContext>& context, const std::string& name,
   encode();
 }
 
-void WriteReport(FileSystem& files, const Ref<EngineContext>& context, const std::string& path,
-                 const Ref<ElementTable>& lines, bool* damaged, FileKind kind,
-                 const FilePieces& encoded) {
+void WriteReport(FileSystem& files, const std::string& path, NewContents contents, bool* damaged,
+                 FileKind kind) {
   const std::string name = FileNameOf(path);
-  const IoStep open(context, "WriteFile", "Fehler beim Öffnen der Datei " + name);
-  const IoStep write(context, "WriteFile", "Fehler beim Schreiben in Datei " + name);
-  const auto file = open.Run([&] { return files.OpenForReplacing(path); });
+  const IoStep open(contents.context, "WriteFile", "Fehler beim Öffnen der Datei " + name);
+  const IoStep write(contents.context, "WriteFile", "Fehler beim Schreiben in Datei " + name);
+  std::unique_ptr<FileReplacement> file = std::move(contents.replacement);
+  const bool is_written = file != nullptr;
+  if (!is_written) file = open.Run([&] { return files.OpenForReplacing(path); });
   if (kind == FileKind::kDifferenceFile) file->SetReproducible();
   const auto write_piece = [&](const std::string& piece) { file->Write(piece); };
   try {
-    if (encoded.empty()) EncodeReport(context, name, lines, write_piece);
+    if (!is_written && contents.encoded.empty()) {
+      EncodeReport(contents.context, name, contents.lines, write_piece);
+    }
     write.Run([&] {
-      std::for_each(encoded.begin(), encoded.end(), write_piece);
+      std::for_each(contents.encoded.begin(), contents.encoded.end(), write_piece);
       file->Commit();
     });
   } catch (const Failure&) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,12 +47,21 @@ using TakePiece = std::function<void(std::string piece)>;
 void EncodeReport(const Ref<EngineContext>& context, const std::string& name,
                   const Ref<ElementTable>& lines, const TakePiece& take);
 
-// Writes a tree over `path`, which is replaced as a whole wherever that is possible. Raises
+// What a file is to hold: a tree, what EncodeReport gives for it, or a replacement of the file to
+// which that has been written already.
+struct NewContents {
+  Ref<EngineContext> context;  // of the tree, and for the errors of writing
+  Ref<ElementTable> lines = {};
+  FilePieces encoded = {};
+  std::unique_ptr<FileReplacement> replacement = {};
+
+  bool IsEmpty() const { return IsArrayEmpty(lines) && encoded.empty() && !replacement; }
+};
+
+// Writes contents over `path`, which is replaced as a whole wherever that is possible. Raises
 // Failure and leaves entries in the context's error collection; then `damaged`, which may be null,
-// tells whether the file itself was overwritten in part. `encoded`: what
-// EncodeReport gives for the tree, or nothing where that has not been done yet.
-void WriteReport(FileSystem& files, const Ref<EngineContext>& context, const std::string& path,
-                 const Ref<ElementTable>& lines, bool* damaged, FileKind kind = FileKind::kReport,
-                 const FilePieces& encoded = {});
+// tells whether the file itself was overwritten in part. The contents are used up either way.
+void WriteReport(FileSystem& files, const std::string& path, NewContents contents, bool* damaged,
+                 FileKind kind = FileKind::kReport);
 
 }  // namespace tessary

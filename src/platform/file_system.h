@@ -23,9 +23,9 @@ class FileReader {
   virtual std::size_t SizeHint() const = 0;
 };
 
-// A file whose contents are being replaced as a whole. Until Commit returns, the file holds what
-// it held before, unless the replacement works in place. An object that is destroyed without a
-// commit removes what it created beside the file.
+// A file whose contents are being replaced as a whole. Until Commit is called, the file holds what
+// it held before; until it returns too, unless the replacement works in place. An object that is
+// destroyed without a commit removes what it created beside the file.
 class FileReplacement {
  public:
   virtual ~FileReplacement() = default;
@@ -35,6 +35,9 @@ class FileReplacement {
   // does not wait until the disk knows of the exchange. A power cut right after may leave the old
   // file.
   virtual void SetReproducible() {}
+  // Brings the new contents to the disk already, after the last Write, so that Commit has less to
+  // do. Without effect where the replacement works in place.
+  virtual void Prepare() {}
   // Brings the new contents to the disk and puts them in the file's place, with owner,
   // permissions and attributes kept. May be called once.
   virtual void Commit() = 0;

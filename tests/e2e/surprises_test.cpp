@@ -39,7 +39,7 @@ class SurprisesTest : public RealFilesTest {
   std::vector<std::string> Passed(const std::string& path) {
     const auto context = NewEngineContext(log_.errors, nullptr);
     const auto lines = ReadReport(SystemFiles(), context, path, &read_);
-    WriteReport(SystemFiles(), context, In("passed"), lines, nullptr);
+    WriteReport(SystemFiles(), In("passed"), {context, lines}, nullptr);
     return LinesOf(In("passed"));
   }
   std::vector<std::string> PassedSample(const std::string& name) { return Passed(In("b/" + name)); }

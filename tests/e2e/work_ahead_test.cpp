@@ -180,5 +180,39 @@ TEST_F(WorkAheadRunTest, ComesToTheSameAsDoingOneThingAfterTheOther) {
   }
 }
 
+// Once reports are being converted, a difference file is there no more.
+class VanishingDifference : public FailingFiles {
+ public:
+  explicit VanishingDifference(std::string path)
+      : FailingFiles(SystemFiles()), path_(std::move(path)) {}
+
+  bool FileExists(const std::string& path) override {
+    return path != path_ && FailingFiles::FileExists(path);
+  }
+
+ private:
+  const std::string path_;
+};
+
+// The place of the new report must be free for the step that is done instead.
+TEST_F(RealFilesTest, WhatWasPreparedForAnotherStepIsNotInTheWay) {
+  Put("v3/1.lst", SmallReport(3));
+  Put("v4/1.lst", SmallReport(4));
+  PutFolder("diff");
+  EXPECT_TRUE(CreateDiffFiles("v3", "v4"));
+  const std::string difference = Get("diff/3_4Rechnung");
+  Put("diff/3_5Rechnung", difference);
+  Put("R/1.lst", SmallReport(3));
+  Put("R/2.lst", SmallReport(3));
+
+  VanishingDifference files(In("diff/3_4Rechnung"));
+  Workers workers(0);
+  BXConvertLLMgr manager(log_, {.files = files, .user = user_, .workers = &workers});
+  manager.ConvertReports(In("diff"), In("R"), In("Bak"));
+  for (const char* const report : {"R/1.lst", "R/2.lst"}) EXPECT_EQ(Get(report), SmallReport(4));
+  EXPECT_EQ(ItemsOf(log_.dictErrors).size(), 2u) << "the missing file, once for each report";
+  EXPECT_EQ(FilesBelow(In("R")).size(), 2u) << "nothing is left beside the reports";
+}
+
 }  // namespace
 }  // namespace tessary

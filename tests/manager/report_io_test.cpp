@@ -23,7 +23,7 @@ class ReportIoTest : public ManagerTest {
     return FailureNumber([&] { lines_ = ReadReport(files_, context_, path_, &read_); });
   }
   std::int32_t Write() {
-    return FailureNumber([&] { WriteReport(files_, context_, path_, lines_, &damaged_); });
+    return FailureNumber([&] { WriteReport(files_, path_, {context_, lines_}, &damaged_); });
   }
 
   // What a file comes to when it is read and written.
@@ -218,15 +218,16 @@ TEST_F(ReportIoTest, FailuresOfWritingLeaveTheFileAlone) {
 }
 
 TEST_F(ReportIoTest, OnlyAHalfWrittenFileIsDamaged) {
-  memory_.Put(path_, "[A]\r\n X=1\r\n");
+  const std::string whole = "[A]\r\n X=1\r\n";
+  memory_.Put(path_, whole);
   ASSERT_EQ(Read(), 0);
   for (const FileCall call : {FileCall::kWrite, FileCall::kCommit}) {
     files_.Reset();
     files_.FailCall(call, 1, kDiskFull, Damage::kHalfWritten);
     damaged_ = false;
     EXPECT_EQ(Write(), kDiskFull);
-    EXPECT_TRUE(damaged_);
-    EXPECT_EQ(memory_.Get(path_), "[A]\r\n");
+    EXPECT_EQ(damaged_, call == FileCall::kCommit);
+    EXPECT_EQ(memory_.Get(path_), damaged_ ? "[A]\r\n" : whole);
   }
 }
 
@@ -234,7 +235,9 @@ TEST_F(ReportIoTest, WhoDoesNotAskIsNotTold) {
   memory_.Put(path_, "[A]\r\n");
   lines_ = ReadReport(files_, context_, path_, nullptr);
   files_.FailCall(FileCall::kCommit, 1, kDiskFull, Damage::kHalfWritten);
-  EXPECT_EQ(FailureNumber([&] { WriteReport(files_, context_, path_, lines_, nullptr); }),
+  EXPECT_EQ(FailureNumber([&] {
+              WriteReport(files_, path_, {context_, lines_}, nullptr);
+            }),
             kDiskFull);
 }
 

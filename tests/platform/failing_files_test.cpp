@@ -30,6 +30,7 @@ class FailingFilesTest : public testing::Test {
     const auto replacement = files_.OpenForReplacing(a_);
     replacement->Write("new ");
     replacement->Write("text");
+    replacement->Prepare();
     replacement->Commit();
   }
 
@@ -49,7 +50,7 @@ TEST_F(FailingFilesTest, PassesEverythingOn) {
   EXPECT_EQ(files_.CountFailures(), 0);
   EXPECT_EQ(files_.CountCalls(FileCall::kWrite), 2);
   EXPECT_EQ(files_.CountCalls(FileCall::kRead), 2);
-  EXPECT_EQ(files_.CountCalls(), 13);
+  EXPECT_EQ(files_.CountCalls(), 14);
   EXPECT_EQ(files_.calls().front().path, a_);
 }
 
@@ -94,24 +95,27 @@ TEST_F(FailingFilesTest, AllCallsFromTheNthFail) {
   EXPECT_EQ(FailureNumber([&] { Replace(); }), kPermissionDenied);
 }
 
-TEST_F(FailingFilesTest, DamageLeavesTheTargetHalfWritten) {
+TEST_F(FailingFilesTest, AFailedCommitMayLeaveTheTargetHalfWritten) {
   const struct {
     FileCall kind;
+    bool damaged;
     std::string left;
-  } rows[] = {{FileCall::kWrite, "ne"}, {FileCall::kCommit, "new "}};
+  } rows[] = {{FileCall::kWrite, false, "old contents"},
+              {FileCall::kPrepare, false, "old contents"},
+              {FileCall::kCommit, true, "new "}};
   for (const auto& row : rows) {
     files_.Reset();
     memory_.Put(a_, "old contents");
     files_.FailCall(row.kind, 1, kDiskFull, Damage::kHalfWritten);
     const auto replacement = files_.OpenForReplacing(a_);
     const auto write_all = [&] {
-      replacement->Write("new ");
-      replacement->Write("text");
+      replacement->Write("new text");
+      replacement->Prepare();
       replacement->Commit();
     };
     EXPECT_FALSE(replacement->Damaged());
     EXPECT_EQ(FailureNumber(write_all), kDiskFull);
-    EXPECT_TRUE(replacement->Damaged());
+    EXPECT_EQ(replacement->Damaged(), row.damaged);
     EXPECT_EQ(memory_.Get(a_), row.left);
     EXPECT_EQ(FailureNumber([&] { replacement->Commit(); }), kDiskFull);
   }

@@ -37,6 +37,11 @@ class FailingFiles::Replacement final : public FileReplacement {
     inner_->Write(bytes);
   }
 
+  void Prepare() override {
+    Pass(FileCall::kPrepare);
+    inner_->Prepare();
+  }
+
   void Commit() override {
     Pass(FileCall::kCommit);
     inner_->Commit();
@@ -50,7 +55,8 @@ class FailingFiles::Replacement final : public FileReplacement {
     const Plan* const plan = files_.Note(kind, path_);
     if (plan == nullptr) return;
     failed_ = plan->number;
-    if (plan->damage == Damage::kHalfWritten) LeaveHalf();
+    const bool damages = kind == FileCall::kCommit && plan->damage == Damage::kHalfWritten;
+    if (damages) LeaveHalf();
     throw Failure(failed_);
   }
 

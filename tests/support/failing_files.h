@@ -17,6 +17,7 @@ enum class FileCall {
   kRead,
   kOpenForReplacing,
   kWrite,
+  kPrepare,
   kCommit,
   kCopy,
   kRename,
@@ -27,10 +28,10 @@ enum class FileCall {
 };
 inline constexpr std::size_t kFileCallKinds = static_cast<std::size_t>(FileCall::kSameContents) + 1;
 
-// What a failing write or commit leaves in the target.
+// What a failing commit leaves in the target; what fails before it leaves it alone.
 enum class Damage {
   kNone,         // What it held before.
-  kHalfWritten,  // The first half of what has been written so far; Damaged() tells.
+  kHalfWritten,  // The first half of what has been written; Damaged() tells.
 };
 
 // Passes every call on to another file system and fails on command. Calls are numbered from 1, in
@@ -40,7 +41,8 @@ class FailingFiles : public FileSystem {
  public:
   struct Call {
     FileCall kind;
-    std::string path;  // The first path handed in; of a read, write or commit that of the file.
+    std::string path;  // The first path handed in; of a read, write, preparation or commit that of
+                       // the file.
   };
 
   // `inner` must outlive this object.

@@ -50,17 +50,26 @@ class TemporaryReplacement final : public PosixReplacement {
   // Once a part of the contents is lost there is nothing left to commit.
   void Write(std::string_view bytes) override {
     usable_ = false;
+    prepared_ = false;
     WriteAll(file_->fd(), bytes);
     usable_ = true;
   }
 
   void SetReproducible() override { reproducible_ = true; }
 
-  void Commit() override {
+  void Prepare() override {
     if (!usable_) throw Failure(kInvalidCall);
     usable_ = false;
     if (copied_status_) CopyChangeTime(*copied_status_, file_->fd());
     Flush(file_->fd());
+    prepared_ = true;
+    usable_ = true;
+  }
+
+  void Commit() override {
+    if (!prepared_) Prepare();
+    if (!usable_) throw Failure(kInvalidCall);
+    usable_ = false;
     if (becomes_ == Becomes::kNewFileOnly) {
       file_->MoveToFreeName(target_);
     } else {
@@ -93,6 +102,7 @@ class TemporaryReplacement final : public PosixReplacement {
   std::unique_ptr<TemporaryFile> file_;
   Becomes becomes_;
   bool usable_ = true;
+  bool prepared_ = false;
   bool reproducible_ = false;
   std::optional<struct stat> copied_status_;
 };

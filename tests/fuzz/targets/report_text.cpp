@@ -19,7 +19,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto context = NewEngineContext(errors, nullptr);
     const auto tree = ReadReport(files, context, in, nullptr);
     fuzz::Require(errors.objErrors->empty(), "reading succeeds without entries");
-    WriteReport(files, context, out, tree, nullptr);
+    WriteReport(files, out, {context, tree}, nullptr);
     const std::string& written = files.Get(out);
     fuzz::Require(written.empty() || written.ends_with("\r\n"), "every line has its end");
     // A line is indented by at most two tabs and a blank, and stands between at most two braces.

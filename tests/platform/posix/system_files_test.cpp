@@ -249,6 +249,40 @@ TEST_F(SystemFilesTest, ReplacingWithoutCommitLeavesNothing) {
   EXPECT_EQ(CountEntries(folder_.path()), 1u);
 }
 
+TEST_F(SystemFilesTest, APreparedReplacementWaitsForItsCommit) {
+  const std::string path = Put("a", "old");
+  for (const std::string& target : {path, folder_ / "new"}) {
+    const auto abandoned = files_.OpenForReplacing(target);
+    abandoned->Write("abandoned");
+    abandoned->Prepare();
+  }
+  EXPECT_EQ(GetFile(path), "old");
+  EXPECT_EQ(CountEntries(folder_.path()), 1u);
+
+  const auto replacement = files_.OpenForReplacing(path);
+  replacement->Write("new");
+  replacement->Prepare();
+  EXPECT_EQ(GetFile(path), "old");
+  replacement->Write(" text");
+  replacement->Prepare();
+  replacement->Prepare();
+  replacement->Commit();
+  EXPECT_EQ(GetFile(path), "new text");
+  EXPECT_EQ(FailureNumber([&] { replacement->Prepare(); }), kInvalidCall);
+  EXPECT_EQ(FailureNumber([&] { replacement->Commit(); }), kInvalidCall);
+}
+
+TEST_F(SystemFilesTest, PreparingDoesNothingInPlace) {
+  const std::string path = Put("a", "old");
+  fs::create_hard_link(path, folder_ / "b");
+  const auto replacement = files_.OpenForReplacing(path);
+  replacement->Write("new");
+  replacement->Prepare();
+  EXPECT_EQ(GetFile(path), "old");
+  replacement->Commit();
+  EXPECT_EQ(GetFile(folder_ / "b"), "new");
+}
+
 TEST_F(SystemFilesTest, ReplacingTakesPiecesOfEverySize) {
   const std::string path = folder_ / "a";
   std::mt19937 random(7);
@@ -440,6 +474,7 @@ TEST_F(SystemFilesTest, NothingIsCommittedAfterAFailedWrite) {
     const auto replacement = files_.OpenForReplacing(path);
     const auto write = [&] { replacement->Write(std::string(600'000, 'n')); };
     EXPECT_EQ(FailureNumber(write), kDiskFull);
+    EXPECT_NE(FailureNumber([&] { replacement->Prepare(); }), 0);
     EXPECT_NE(FailureNumber([&] { replacement->Commit(); }), 0);
   }
   EXPECT_EQ(GetFile(path), "old");
