@@ -23,7 +23,6 @@ GCC_RUNTIME = "GPL-3.0-or-later WITH GCC-exception-3.1"
 NATIVE = "g++"
 CROSS = ("x86_64-w64-mingw32-g++-posix", "i686-w64-mingw32-g++-posix")
 HEADERS = [
-    ("CLI11", "/usr/include/CLI/CLI.hpp", "BSD-3-Clause"),
     ("nlohmann-json", "/usr/include/nlohmann/json.hpp", "MIT"),
 ]
 # What a licence asks of those who pass the program on.
@@ -96,7 +95,7 @@ def document(product, version, parts):
                 "referenceType": "purl",
                 "referenceLocator": f"pkg:deb/debian/{package.replace('+', '%2B')}@{package_version.replace('+', '%2B')}",
             }]))
-        relation = "CONTAINS" if name in ("NSIS", "CLI11", "nlohmann-json") else "STATIC_LINK"
+        relation = "CONTAINS" if name in ("NSIS", "nlohmann-json") else "STATIC_LINK"
         relations.append((root["SPDXID"], relation, f"SPDXRef-{identifier}"))
     content = hashlib.sha256(json.dumps(packages, sort_keys=True).encode()).hexdigest()
     created = datetime.datetime.fromtimestamp(int(os.environ["SOURCE_DATE_EPOCH"]), datetime.timezone.utc)

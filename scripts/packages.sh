@@ -14,7 +14,7 @@ need_packages() {
   DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-build_packages=(g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev)
+build_packages=(g++ cmake ninja-build ccache nlohmann-json3-dev)
 test_packages=(libgtest-dev libgmock-dev util-linux python3 parallel)
 sanitizer_packages=(clang libclang-rt-14-dev)
 windows_packages=(lld g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest

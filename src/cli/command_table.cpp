@@ -174,9 +174,10 @@ const CommandSpec* FindCommand(std::string_view name) {
   return found == kCommands.end() ? nullptr : &*found;
 }
 
-bool HasOption(const CommandSpec& command, std::string_view name) {
-  return std::any_of(command.options.begin(), command.options.end(),
-                     [&](const OptionSpec& option) { return option.name == name; });
+const OptionSpec* FindOption(const CommandSpec& command, std::string_view name) {
+  const auto found = std::find_if(command.options.begin(), command.options.end(),
+                                  [&](const OptionSpec& option) { return option.name == name; });
+  return found == command.options.end() ? nullptr : &*found;
 }
 
 }  // namespace tessary

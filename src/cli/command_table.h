@@ -67,7 +67,7 @@ std::span<const CommandSpec> AllCommands();
 const CommandSpec& CommandOf(CommandId id);
 // The command of this name, or null.
 const CommandSpec* FindCommand(std::string_view name);
-// True when the command has an option of this name, "--" included.
-bool HasOption(const CommandSpec& command, std::string_view name);
+// The command's option of this name, "--" included, or null.
+const OptionSpec* FindOption(const CommandSpec& command, std::string_view name);
 
 }  // namespace tessary

@@ -36,8 +36,9 @@ std::vector<std::string_view> OptionNames(const CommandSpec* command) {
 
 bool AnyCommandHasOption(std::string_view name) {
   const auto commands = AllCommands();
-  return std::any_of(commands.begin(), commands.end(),
-                     [&](const CommandSpec& command) { return HasOption(command, name); });
+  return std::any_of(commands.begin(), commands.end(), [&](const CommandSpec& command) {
+    return FindOption(command, name) != nullptr;
+  });
 }
 
 }  // namespace
@@ -81,8 +82,8 @@ UsageError MissingValue(const CommandSpec& command, const OptionSpec& option) {
                              std::string(option.value) + ".");
 }
 
-UsageError UnwantedValue(const CommandSpec* command, std::string_view option) {
-  return Error(command, "Die Option " + Quoted(option) + " hat keinen Wert.");
+UsageError UnwantedValue(const CommandSpec& command, std::string_view option) {
+  return Error(&command, "Die Option " + Quoted(option) + " hat keinen Wert.");
 }
 
 UsageError RepeatedOption(const CommandSpec& command, const OptionSpec& option) {
@@ -105,10 +106,6 @@ UsageError MissingOption(const CommandSpec& command, std::string_view option,
                          std::string_view needed) {
   return Error(&command,
                "Die Option " + Quoted(option) + " verlangt die Option " + Quoted(needed) + ".");
-}
-
-UsageError NotUnderstood(const CommandSpec* command) {
-  return Error(command, "Die Angaben sind nicht verständlich.");
 }
 
 }  // namespace tessary

@@ -17,12 +17,11 @@ UsageError MissingOperand(const CommandSpec& command, const OperandSpec& operand
 UsageError EmptyOperand(const CommandSpec& command, const OperandSpec& operand);
 UsageError SurplusOperand(const CommandSpec& command, std::string_view operand);
 UsageError MissingValue(const CommandSpec& command, const OptionSpec& option);
-UsageError UnwantedValue(const CommandSpec* command, std::string_view option);
+UsageError UnwantedValue(const CommandSpec& command, std::string_view option);
 UsageError RepeatedOption(const CommandSpec& command, const OptionSpec& option);
 UsageError WrongValue(const CommandSpec& command, const OptionSpec& option, std::string_view value,
                       std::span<const std::string_view> allowed);
 UsageError MissingOption(const CommandSpec& command, std::string_view option,
                          std::string_view needed);
-UsageError NotUnderstood(const CommandSpec* command);
 
 }  // namespace tessary

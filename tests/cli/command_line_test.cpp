@@ -85,6 +85,13 @@ const ErrorCase kErrorCases[] = {
     {{"diff", "a", "b", "c", "--json=no"},
      "Die Option „--json“ hat keinen Wert.",
      "tessary help diff"},
+    {{"diff", "a", "b", "c", "--json="},
+     "Die Option „--json“ hat keinen Wert.",
+     "tessary help diff"},
+    {{"diff", "--jsn", "--json=no", "--oldest"},
+     "Unbekannte Option „--jsn“. Meinten Sie „--json“?",
+     "tessary help diff"},
+    {{"diff", "a", "--version"}, "Unbekannte Option „--version“.", "tessary help diff"},
     {{"convert", "a", "b", "--on-backup-failure=contine"},
      "Der Wert „contine“ der Option „--on-backup-failure“ ist nicht erlaubt, nur „abort“ oder "
      "„continue“. Meinten Sie „continue“?",
@@ -148,6 +155,7 @@ const LineCase kLineCases[] = {
      {"--json", "-x", "--"}},
     {"windows style", {"info", "/a", "/b:c"}, CommandId::kInfo, {"/a", "/b:c"}},
     {"not UTF-8", {"show", "\xFF"}, CommandId::kShow, {"\xFF"}},
+    {"a negative number", {"explain", "-2147221504"}, CommandId::kExplain, {"-2147221504"}},
     {"percent and equals", {"show", "%a=b"}, CommandId::kShow, {"%a=b"}},
 };
 
@@ -194,6 +202,14 @@ TEST(CommandLine, TakesAnEmptyValue) {
   EXPECT_EQ(Line({"convert", "a", "b", "--backup="}).backup, "");
 }
 
+TEST(CommandLine, TakesAnyValueBehindEquals) {
+  for (const char* const value : {"--quiet", "-5", "a=b", "="}) {
+    EXPECT_EQ(Line({"convert", "a", "b", std::string("--backup=") + value}).backup, value);
+  }
+  EXPECT_EQ(Line({"convert", "a", "b", "--backup", "-5"}).backup, "-5");
+  EXPECT_EQ(Line({"convert", "a", "b", "--backup", "-strange"}).backup, "-strange");
+}
+
 TEST(CommandLine, AsksForHelpOrVersion) {
   const auto help = [](const Words& arguments) {
     return std::get<HelpRequest>(ParseCommandLine(arguments)).command;
@@ -205,6 +221,10 @@ TEST(CommandLine, AsksForHelpOrVersion) {
   EXPECT_EQ(help({"help", "help"}), CommandId::kHelp);
   EXPECT_EQ(help({"diff", "--help"}), CommandId::kDiff);
   EXPECT_EQ(help({"diff", "a", "-h"}), CommandId::kDiff);
+  EXPECT_EQ(help({"diff", "--jsn", "--backup", "--help"}), CommandId::kDiff) << "whatever is wrong";
+  EXPECT_EQ(help({"-h", "diff"}), CommandId::kDiff);
+  EXPECT_EQ(help({"xyz", "--help"}), std::nullopt);
+  EXPECT_EQ(Line({"show", "--", "--help"}).operands, Words{"--help"});
   EXPECT_TRUE(std::holds_alternative<VersionRequest>(ParseCommandLine({"--version"})));
 }
 

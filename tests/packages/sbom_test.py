@@ -9,8 +9,8 @@ import sys
 from pathlib import Path
 
 PARTS = {
-    "linux": {"CLI11", "nlohmann-json", "libstdc++", "libgcc", "glibc"},
-    "windows": {"CLI11", "nlohmann-json", "libstdc++", "libgcc", "winpthreads", "mingw-w64 CRT"},
+    "linux": {"nlohmann-json", "libstdc++", "libgcc", "glibc"},
+    "windows": {"nlohmann-json", "libstdc++", "libgcc", "winpthreads", "mingw-w64 CRT"},
 }
 PARTS["installer"] = PARTS["windows"] | {"NSIS"}
 
