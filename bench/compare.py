@@ -5,7 +5,10 @@
 Each run of ours is followed by one of the peer on the same reports; the ratio is the median of the
 ratios of such pairs, so that a machine whose speed drifts does not matter much. Writing safely is
 part of our work, so the peers' outputs are flushed as often as ours; our flushes are counted with
-strace. The table is put into the document between its two markers, except with --quick.
+strace. Every run has a folder of its own, with reports that have just been copied there: where many
+files have been removed a file system may take longer to create others for a while, and nobody
+removes files between two runs. The table is put into the document between its two markers, except
+with --quick.
 """
 
 import json
@@ -22,7 +25,8 @@ BEGIN, END = "<!-- measured: begin -->", "<!-- measured: end -->"
 
 
 class Case:
-    """One row: what we run, what the peer runs, and what of the peer's is flushed."""
+    """One row: what we run, what the peer runs, and what of the peer's is flushed. `prepare` gives
+    the folder for the next run, from which the paths in commands and outputs start."""
 
     def __init__(self, work, peer, at_most, goal, ours, theirs, outputs, prepare):
         self.work, self.peer, self.at_most, self.goal = work, peer, at_most, goal
@@ -34,63 +38,63 @@ def processor_time():
     return usage.ru_utime + usage.ru_stime
 
 
-def run(commands):
+def output_file(folder, output):
+    return open(os.path.join(folder, output) if output else os.devnull, "wb")
+
+
+def run(commands, folder):
     """Wall time and processor time in seconds of commands, one after the other."""
     begin, used = time.perf_counter(), processor_time()
     for arguments, output in commands:
-        with open(output or os.devnull, "wb") as out:
-            status = subprocess.call(arguments, stdout=out, stderr=subprocess.DEVNULL)
+        with output_file(folder, output) as out:
+            status = subprocess.call(arguments, stdout=out, stderr=subprocess.DEVNULL, cwd=folder)
         if not 0 <= status < 126:  # what lies between is how peers tell of differences
             raise SystemExit(f"{arguments} ended with {status}")
     return time.perf_counter() - begin, processor_time() - used
 
 
-def peak_memory_of(commands):
+def peak_memory_of(commands, folder):
     """The largest peak memory in MB. A process that we started ourselves would count our own."""
     peak = 0
     for arguments, output in commands:
-        with tempfile.NamedTemporaryFile("r") as log, open(output or os.devnull, "wb") as out:
+        with tempfile.NamedTemporaryFile("r") as log, output_file(folder, output) as out:
             subprocess.call(["time", "--format=%M", "--quiet", "--output=" + log.name] + arguments,
-                            stdout=out, stderr=subprocess.DEVNULL)
+                            stdout=out, stderr=subprocess.DEVNULL, cwd=folder)
             peak = max(peak, int(log.read()) / 1024)
     return peak
 
 
-def flush(paths, count):
+def flush(folder, paths, count):
     begin = time.perf_counter()
     for number in range(count):
-        descriptor = os.open(paths[number % len(paths)], os.O_RDONLY)
+        descriptor = os.open(os.path.join(folder, paths[number % len(paths)]), os.O_RDONLY)
         os.fsync(descriptor)
         os.close(descriptor)
     return time.perf_counter() - begin
 
 
-def flushes_of(commands):
+def flushes_of(commands, folder):
     count = 0
     for arguments, _ in commands:
         with tempfile.NamedTemporaryFile("r") as log:
             subprocess.run(["strace", "-f", "-e", "trace=fsync,fdatasync,syncfs", "-o", log.name]
-                           + arguments, check=True, stdout=subprocess.DEVNULL)
+                           + arguments, check=True, stdout=subprocess.DEVNULL, cwd=folder)
             # A call that another thread interrupts stands there twice.
             count += sum("sync" in line and "resumed>" not in line for line in log)
     return count
 
 
 def measure(case, runs):
-    case.prepare()
-    flushes = flushes_of(case.ours)
-    case.prepare()
-    our_peak = peak_memory_of(case.ours)
-    case.prepare()
-    their_peak = peak_memory_of(case.theirs)
+    flushes = flushes_of(case.ours, case.prepare())
+    our_peak = peak_memory_of(case.ours, case.prepare())
+    their_peak = peak_memory_of(case.theirs, case.prepare())
     ours, theirs, ratios, processor_ratios = [], [], [], []
     for _ in range(runs):
-        case.prepare()
-        seconds, our_processor = run(case.ours)
+        seconds, our_processor = run(case.ours, case.prepare())
         ours.append(seconds)
-        case.prepare()
-        seconds, their_processor = run(case.theirs)
-        theirs.append(seconds + flush(case.outputs, flushes))
+        folder = case.prepare()
+        seconds, their_processor = run(case.theirs, folder)
+        theirs.append(seconds + flush(folder, case.outputs, flushes))
         ratios.append(ours[-1] / theirs[-1])
         processor_ratios.append(our_processor / max(their_processor, 1e-6))
     return {"ours": statistics.median(ours) * 1e3, "theirs": statistics.median(theirs) * 1e3,
@@ -99,78 +103,69 @@ def measure(case, runs):
             "our_peak": our_peak, "their_peak": their_peak, "flushes": flushes}
 
 
-class Folder:
-    """Generated reports in a folder of their own, and the state before each run."""
+class Reports:
+    """Generated reports, and folders to work on copies of them."""
 
     def __init__(self, make_reports, root, name, lines, changes, count=None):
         self.path = os.path.join(root, name)
-        for part in ("old", "new", "customer", "diff", "work", "workBak"):
+        self.runs = 0
+        for part in ("old", "new", "customer", "runs"):
             os.makedirs(self.at(part))
         extra = [] if count is None else [str(count)]
         subprocess.run([make_reports, "sections", str(lines), str(changes), self.path] + extra,
                        check=True)
+        if count is None:
+            shutil.move(self.at("customer.lst"), self.at("customer"))
 
     def at(self, *parts):
         return os.path.join(self.path, *parts)
 
-    def empty(self, *parts):
-        for part in parts:
-            for name in os.listdir(self.at(part)):
-                os.remove(self.at(part, name))
-
-    def reset_report(self):
-        self.empty("work", "workBak")
-        shutil.copy(self.at("customer.lst"), self.at("work"))
-
-    def reset_both(self):
-        self.empty("diff")
-        self.reset_report()
-
-    def reset_folder(self):
-        self.empty("work", "workBak", "diff")
-        for name in os.listdir(self.at("customer")):
-            shutil.copy(self.at("customer", name), self.at("work"))
+    def new_folder(self):
+        """A folder with a copy of the customer's reports, and empty ones for what is written."""
+        self.runs += 1
+        folder = self.at("runs", str(self.runs))
+        for part in ("diff", "workBak"):
+            os.makedirs(os.path.join(folder, part))
+        shutil.copytree(self.at("customer"), os.path.join(folder, "work"))
+        return folder
 
 
 def cases_for(tessary, root, make_reports, quick):
-    small = Folder(make_reports, root, "small", 5000, 80)
-    old, new, customer = small.at("old.lst"), small.at("new.lst"), small.at("work", "customer.lst")
+    small = Reports(make_reports, root, "small", 5000, 80)
+    old, new, customer = small.at("old.lst"), small.at("new.lst"), "work/customer.lst"
+    diff = ([tessary, "diff", old, new, "diff"], None)
+    convert = ([tessary, "convert", customer, "diff/3_4Rechnung"], None)
     patch_file = small.at("changes.diff")
-    diff = ([tessary, "diff", old, new, small.at("diff")], None)
-    convert = ([tessary, "convert", customer, small.at("diff", "3_4Rechnung")], None)
+    run([([tessary, "diff", old, new, small.path], None), (["diff", "-u", old, new], patch_file)],
+        small.path)
     patch = ([tessary, "convert", customer, small.at("3_4Rechnung")], None)
-    run([([tessary, "diff", old, new, small.path], None), (["diff", "-u", old, new], patch_file)])
     yield Case("`--version`", "`/bin/true`", 1.5, 1.2, [([tessary, "--version"], None)],
-               [(["/bin/true"], None)], [], lambda: None)
+               [(["/bin/true"], None)], [], lambda: small.path)
     yield Case("`diff` of a 100 KB pair", "`diff -u`", 1.0, 0.7, [diff],
-               [(["diff", "-u", old, new], small.at("diff", "out"))], [small.at("diff", "out")],
-               lambda: small.empty("diff"))
+               [(["diff", "-u", old, new], "diff/out")], ["diff/out"], small.new_folder)
     yield Case("`convert` of a 100 KB report", "`patch -b`", 1.0, 0.8, [patch],
                [(["patch", "-b", "--binary", "-s", customer, patch_file], None)],
-               [customer + ".orig", small.at("work"), customer, small.at("work")],
-               small.reset_report)
+               [customer + ".orig", "work", customer, "work"], small.new_folder)
     yield Case("`diff` and `convert`, 100 KB", "`git merge-file`", 1.0, 0.7, [diff, convert],
-               [(["git", "merge-file", "-q", customer, old, new], None)],
-               [customer, small.at("work")], small.reset_both)
+               [(["git", "merge-file", "-q", customer, old, new], None)], [customer, "work"],
+               small.new_folder)
     if quick:
         return
-    large = Folder(make_reports, root, "large", 560000, 8000)
-    old, new, customer = large.at("old.lst"), large.at("new.lst"), large.at("work", "customer.lst")
+    large = Reports(make_reports, root, "large", 560000, 8000)
+    old, new = large.at("old.lst"), large.at("new.lst")
     yield Case("`diff` and `convert`, 10 MB", "`git merge-file`", 0.8, 0.5,
-               [([tessary, "diff", old, new, large.at("diff")], None),
-                ([tessary, "convert", customer, large.at("diff", "3_4Rechnung")], None)],
-               [(["git", "merge-file", "-q", customer, old, new], None)],
-               [customer, large.at("work")], large.reset_both)
-    many = Folder(make_reports, root, "many", 5000, 80, 200)
-    loop = ('cd "$0"; for f in work/*.lst; do n=${f#work/}; '
-            'git merge-file -q "$f" "old/$n" "new/$n"; done')
+               [([tessary, "diff", old, new, "diff"], None), convert],
+               [(["git", "merge-file", "-q", customer, old, new], None)], [customer, "work"],
+               large.new_folder)
+    many = Reports(make_reports, root, "many", 5000, 80, 200)
+    loop = ('for f in work/*.lst; do n=${f#work/}; '
+            'git merge-file -q "$f" "$0/old/$n" "$0/new/$n"; done')
     yield Case("`diff-folder` and `convert-folder`, 200 pairs", "a loop of `git merge-file`",
                0.6, 0.4,
-               [([tessary, "diff-folder", many.at("old"), many.at("new"), many.at("diff")], None),
-                ([tessary, "convert-folder", many.at("diff"), many.at("work")], None)],
+               [([tessary, "diff-folder", many.at("old"), many.at("new"), "diff"], None),
+                ([tessary, "convert-folder", "diff", "work"], None)],
                [(["sh", "-c", loop, many.path], None)],
-               [many.at("work", f"{n}.lst") for n in range(1, 201)] + [many.at("work")],
-               many.reset_folder)
+               [f"work/{n}.lst" for n in range(1, 201)] + ["work"], many.new_folder)
 
 
 def table_of_cases(rows):
