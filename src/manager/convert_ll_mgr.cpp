@@ -183,10 +183,10 @@ Ref<ElementTable> BXConvertLLMgr::ReadFile(const Ref<EngineContext>& context,
   return lines;
 }
 
-void BXConvertLLMgr::WriteFile(const std::string& path, NewContents contents, FileKind kind) {
+void BXConvertLLMgr::WriteFile(const std::string& path, NewContents contents, NewName new_name) {
   bool damaged = false;
   try {
-    WriteReport(around_.files, path, std::move(contents), &damaged, kind);
+    WriteReport(around_.files, path, std::move(contents), &damaged, new_name);
   } catch (const Failure&) {
     m_blnFileDamaged = damaged;
     throw;

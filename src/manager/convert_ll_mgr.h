@@ -38,8 +38,8 @@ struct Surroundings {
 
 class ComparisonAhead;
 class ConversionAhead;
-enum class FileKind;
 enum class ListKind;
+enum class NewName;
 struct ConversionPlan;
 struct DiffFileName;
 struct FileSections;
@@ -132,7 +132,7 @@ class BXConvertLLMgr {
 
   Ref<ElementTable> ReadFile(const Ref<EngineContext>& context, const std::string& path,
                              FileSections* sections = nullptr);
-  void WriteFile(const std::string& path, NewContents contents, FileKind kind);
+  void WriteFile(const std::string& path, NewContents contents, NewName new_name);
 
   // Creating difference files.
   Outcome ComparePair(Step& step, ReportPair& pair, const std::string& diff_folder);

@@ -77,6 +77,20 @@ class ObservedStep {
   bool done_ = false;
 };
 
+// Once for all reports of a folder, however that is left.
+class NamesFlushedAtEnd {
+ public:
+  NamesFlushedAtEnd(FileSystem& files, const std::string& folder)
+      : files_(files), folder_(folder) {}
+  NamesFlushedAtEnd(const NamesFlushedAtEnd&) = delete;
+  NamesFlushedAtEnd& operator=(const NamesFlushedAtEnd&) = delete;
+  ~NamesFlushedAtEnd() { files_.FlushNames(folder_); }
+
+ private:
+  FileSystem& files_;
+  const std::string& folder_;
+};
+
 }  // namespace
 
 bool BXConvertLLMgr::ConvertReport(const std::string& strRepFilePath,
@@ -229,7 +243,7 @@ void BXConvertLLMgr::UpdateReport(Step& step, const ConversionStep& what,
   step.after_exit_message = [this, name, path = what.report_path, backup_folder] {
     if (m_blnFileDamaged) RestoreFile(around_, errors(), backup_folder, name, path);
   };
-  WriteFile(what.report_path, std::move(result), FileKind::kReport);
+  WriteFile(what.report_path, std::move(result), m_blnBatch ? NewName::kLater : NewName::kAtOnce);
 }
 
 bool BXConvertLLMgr::ConvertReports(const std::string& strDiffFolderPath,
@@ -284,6 +298,7 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertFolder(Step& step, const std::str
     return PrepareConversion({report.path, backup.skip ? "" : JoinPath(backup.path, report.name),
                               FirstOfChain(report, differences)});
   });
+  const NamesFlushedAtEnd flushed(around_.files, report_folder);
   for (std::size_t item = 0; item < reports.size(); ++item) {
     const ListedFile& report = reports[item];
     step.exit_message = "Fehler beim Konvertieren des Berichtes " + report.name;

@@ -168,7 +168,8 @@ std::string BXConvertLLMgr::WriteDifferences(Step& step, const ReportPair& pair,
   if (diff_folder.empty() || IsUnsafeFileName(name)) throw Failure(kBadFileName);
   if (!IsWholeName(name, pair.old_version, pair.new_version)) throw Failure(kDeviceError);
   ShowStep("Differenzdatei " + name + " wird geschrieben");
-  WriteFile(path, std::move(result), FileKind::kDifferenceFile);
+  // It can be made again.
+  WriteFile(path, std::move(result), NewName::kLater);
   WarnOfSameName(name, pair.old_name);
   return name;
 }

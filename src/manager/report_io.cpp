@@ -94,14 +94,14 @@ void EncodeReport(const Ref<EngineContext>& context, const std::string& name,
 }
 
 void WriteReport(FileSystem& files, const std::string& path, NewContents contents, bool* damaged,
-                 FileKind kind) {
+                 NewName new_name) {
   const std::string name = FileNameOf(path);
   const IoStep open(contents.context, "WriteFile", "Fehler beim Öffnen der Datei " + name);
   const IoStep write(contents.context, "WriteFile", "Fehler beim Schreiben in Datei " + name);
   std::unique_ptr<FileReplacement> file = std::move(contents.replacement);
   const bool is_written = file != nullptr;
   if (!is_written) file = open.Run([&] { return files.OpenForReplacing(path); });
-  if (kind == FileKind::kDifferenceFile) file->SetReproducible();
+  if (new_name == NewName::kLater) file->DeferName();
   const auto write_piece = [&](const std::string& piece) { file->Write(piece); };
   try {
     if (!is_written && contents.encoded.empty()) {

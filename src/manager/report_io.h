@@ -30,8 +30,8 @@ Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& contex
                              const std::string& path, ReadStatistics* statistics,
                              FileSections* sections = nullptr);
 
-// A difference file can be made again; a report is what somebody has worked on.
-enum class FileKind { kReport, kDifferenceFile };
+// When the disk knows of an exchange of files (FileReplacement::DeferName).
+enum class NewName { kAtOnce, kLater };
 
 // True for the beginning of a file of a newer format, which ReadReport refuses. As many bytes as
 // the longest mark has tell.
@@ -62,6 +62,6 @@ struct NewContents {
 // Failure and leaves entries in the context's error collection; then `damaged`, which may be null,
 // tells whether the file itself was overwritten in part. The contents are used up either way.
 void WriteReport(FileSystem& files, const std::string& path, NewContents contents, bool* damaged,
-                 FileKind kind = FileKind::kReport);
+                 NewName new_name = NewName::kAtOnce);
 
 }  // namespace tessary

@@ -31,10 +31,10 @@ class FileReplacement {
   virtual ~FileReplacement() = default;
   // Appends to the new contents, in large pieces as they may be written one by one.
   virtual void Write(std::string_view bytes) = 0;
-  // For a file that can be made again: Commit still brings the new contents to the disk first, but
-  // does not wait until the disk knows of the exchange. A power cut right after may leave the old
-  // file.
-  virtual void SetReproducible() {}
+  // Commit still brings the new contents to the disk first, but need not wait until the disk knows
+  // of the exchange: for files that can be made again, or where FlushNames follows. A power cut
+  // before may leave the old file.
+  virtual void DeferName() {}
   // Brings the new contents to the disk already, after the last Write, so that Commit has less to
   // do. Without effect where the replacement works in place.
   virtual void Prepare() {}
@@ -90,6 +90,9 @@ class FileSystem {
 
   // Creates one folder; its parent must exist.
   virtual void CreateFolder(const std::string& path) = 0;
+
+  // Brings to the disk what replacements in `folder` that deferred it have put there; never fails.
+  virtual void FlushNames(const std::string&) {}
 
   // Null when another run holds `folder`. A folder that cannot be locked gives a lock that keeps
   // nobody away: whether it can be worked in shows in what is done there. Never fails.

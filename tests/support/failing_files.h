@@ -74,6 +74,7 @@ class FailingFiles : public FileSystem {
   void RenameFile(const std::string& from, const std::string& to) override;
   bool SameContents(const std::string& a, const std::string& b) override;
   void CreateFolder(const std::string& path) override;
+  void FlushNames(const std::string& folder) override { inner_.FlushNames(folder); }
   std::unique_ptr<FolderLock> TryLockFolder(const std::string& folder) override {
     return inner_.TryLockFolder(folder);
   }

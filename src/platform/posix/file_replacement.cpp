@@ -35,6 +35,12 @@ void CopyOwnerAndPermissions(const struct stat& status, int to) {
   fchmod(to, (status.st_mode & 0777) | S_IWUSR);
 }
 
+// The file that a path stands for.
+struct Target {
+  std::string path;
+  bool is_linked = false;  // the path is a link to it
+};
+
 // What a temporary file becomes.
 enum class Becomes {
   kExistingFile,
@@ -44,7 +50,7 @@ enum class Becomes {
 
 class TemporaryReplacement final : public PosixReplacement {
  public:
-  TemporaryReplacement(std::string target, std::unique_ptr<TemporaryFile> file, Becomes becomes)
+  TemporaryReplacement(Target target, std::unique_ptr<TemporaryFile> file, Becomes becomes)
       : target_(std::move(target)), file_(std::move(file)), becomes_(becomes) {}
 
   // Once a part of the contents is lost there is nothing left to commit.
@@ -55,7 +61,8 @@ class TemporaryReplacement final : public PosixReplacement {
     usable_ = true;
   }
 
-  void SetReproducible() override { reproducible_ = true; }
+  // Whoever flushes the folder of a link's name later would miss the one it leads to.
+  void DeferName() override { defers_name_ = !target_.is_linked; }
 
   void Prepare() override {
     if (!usable_) throw Failure(kInvalidCall);
@@ -71,11 +78,11 @@ class TemporaryReplacement final : public PosixReplacement {
     if (!usable_) throw Failure(kInvalidCall);
     usable_ = false;
     if (becomes_ == Becomes::kNewFileOnly) {
-      file_->MoveToFreeName(target_);
+      file_->MoveToFreeName(target_.path);
     } else {
-      file_->MoveTo(target_);
+      file_->MoveTo(target_.path);
     }
-    if (!reproducible_) FlushNewName();
+    if (!defers_name_) FlushNewName();
   }
 
   bool Damaged() const override { return false; }
@@ -90,7 +97,7 @@ class TemporaryReplacement final : public PosixReplacement {
   // cut the name stands for the old contents or the new. Only a copy must be there for certain
   // before what it saves may change.
   void FlushNewName() const {
-    const std::string folder = FolderHolding(target_);
+    const std::string folder = FolderHolding(target_.path);
     if (copied_status_) {
       FlushFolder(folder);
     } else {
@@ -98,12 +105,12 @@ class TemporaryReplacement final : public PosixReplacement {
     }
   }
 
-  std::string target_;
+  Target target_;
   std::unique_ptr<TemporaryFile> file_;
   Becomes becomes_;
   bool usable_ = true;
   bool prepared_ = false;
-  bool reproducible_ = false;
+  bool defers_name_ = false;
   std::optional<struct stat> copied_status_;
 };
 
@@ -183,17 +190,17 @@ std::optional<std::string> RealPath(const std::string& path) {
 
 // `path` with every link followed. The file itself may be missing, also behind links, but not its
 // folder.
-std::string ResolveTarget(std::string path) {
+Target ResolveTarget(std::string path) {
   constexpr int kMostLinks = 40;
   for (int i = 0; i < kMostLinks; ++i) {
     const std::string name = FileNameOf(path);
     const bool is_folder = path.ends_with(kPathSeparator) || name == "." || name == "..";
     auto resolved = RealPath(is_folder ? path : FolderHolding(path));
     if (!resolved) throw Failure(kPathNotFound);
-    if (is_folder) return *std::move(resolved);
+    if (is_folder) return {*std::move(resolved)};
     std::string target = JoinPath(*resolved, name);
     auto next = LinkTarget(target);
-    if (!next) return target;
+    if (!next) return {std::move(target), i > 0};
     path = *std::move(next);
   }
   throw Failure(kBadFileName);
@@ -208,10 +215,10 @@ OpenedFile OpenTarget(const std::string& target) {
   return file;
 }
 
-std::unique_ptr<PosixReplacement> ReplaceExisting(std::string target, OpenedFile file) {
+std::unique_ptr<PosixReplacement> ReplaceExisting(Target target, OpenedFile file) {
   if (file.status.st_nlink == 1) {
     int error = 0;
-    auto temporary = TemporaryFile::TryCreate(target, S_IRUSR | S_IWUSR, error);
+    auto temporary = TemporaryFile::TryCreate(target.path, S_IRUSR | S_IWUSR, error);
     if (!temporary && !RefusesNewFiles(error)) FailWith(error);
     if (temporary && CopyAttributes(file.fd.get(), file.status, temporary->fd()))
       return std::make_unique<TemporaryReplacement>(std::move(target), std::move(temporary),
@@ -220,10 +227,10 @@ std::unique_ptr<PosixReplacement> ReplaceExisting(std::string target, OpenedFile
   return std::make_unique<InPlaceReplacement>(std::move(file));
 }
 
-std::unique_ptr<PosixReplacement> CreateMissing(std::string target, Becomes becomes) {
+std::unique_ptr<PosixReplacement> CreateMissing(Target target, Becomes becomes) {
   int error = 0;
-  auto temporary = TemporaryFile::TryCreate(target, 0666, error);
-  if (!temporary) FailOpening(target, error);
+  auto temporary = TemporaryFile::TryCreate(target.path, 0666, error);
+  if (!temporary) FailOpening(target.path, error);
   return std::make_unique<TemporaryReplacement>(std::move(target), std::move(temporary), becomes);
 }
 
@@ -231,10 +238,10 @@ std::unique_ptr<PosixReplacement> CreateMissing(std::string target, Becomes beco
 
 std::unique_ptr<PosixReplacement> OpenReplacement(const std::string& path) {
   CheckPath(path);
-  std::string target = ResolveTarget(path);
+  Target target = ResolveTarget(path);
   struct stat status;
-  if (stat(target.c_str(), &status) == 0) {
-    OpenedFile file = OpenTarget(target);
+  if (stat(target.path.c_str(), &status) == 0) {
+    OpenedFile file = OpenTarget(target.path);
     return ReplaceExisting(std::move(target), std::move(file));
   }
   if (errno != ENOENT) FailWith(errno);
@@ -243,23 +250,23 @@ std::unique_ptr<PosixReplacement> OpenReplacement(const std::string& path) {
 
 std::unique_ptr<PosixReplacement> OpenNewFile(const std::string& path) {
   CheckPath(path);
-  std::string target = ResolveTarget(path);
+  Target target = ResolveTarget(path);
   struct stat status;
-  if (stat(target.c_str(), &status) == 0) throw Failure(kFileExists);
+  if (stat(target.path.c_str(), &status) == 0) throw Failure(kFileExists);
   if (errno != ENOENT) FailWith(errno);
   return CreateMissing(std::move(target), Becomes::kNewFileOnly);
 }
 
 void FlushFile(const std::string& path) {
   CheckPath(path);
-  const std::string target = ResolveTarget(path);
+  const std::string target = ResolveTarget(path).path;
   Flush(OpenRegularFile(target, O_RDONLY).fd.get());
   FlushFolder(FolderHolding(target));
 }
 
 void CheckReplacement(const std::string& path) {
   CheckPath(path);
-  const std::string target = ResolveTarget(path);
+  const std::string target = ResolveTarget(path).path;
   struct stat status;
   if (stat(target.c_str(), &status) == 0) {
     OpenTarget(target);

@@ -156,6 +156,8 @@ class PosixFileSystem final : public FileSystem {
     FlushFolder(FolderHolding(path));
   }
 
+  void FlushNames(const std::string& folder) override { TryFlushFolder(folder); }
+
   // The folder itself is locked, so that nothing has to be created in it or is left behind.
   std::unique_ptr<FolderLock> TryLockFolder(const std::string& folder) override {
     const bool is_name = folder.find('\0') == std::string::npos;

@@ -4,7 +4,9 @@
 // the copy's name and the name of the folder that holds it are.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <set>
 
 #include "faults/posix/fault_world.h"
@@ -107,7 +109,8 @@ TEST_P(FlushOrderTest, ACopyThatIsThereAlreadyIsFlushedAgain) {
   const Disk disk = Play(world, "", GetParam());
   constexpr int kCopies = 2;
   constexpr int kSteps = 3;
-  EXPECT_EQ(disk.flushes(), 2 * (kCopies + kSteps)) << "each time the file and its folder";
+  EXPECT_EQ(disk.flushes(), 2 * kCopies + kSteps + 1)
+      << "each file, the backup folder for each copy, the folder of the reports once";
 }
 
 TEST_P(FlushOrderTest, DifferenceFilesAreNamedOnceTheyAreOnTheDisk) {
@@ -121,6 +124,27 @@ TEST_P(FlushOrderTest, DifferenceFilesAreNamedOnceTheyAreOnTheDisk) {
   Disk disk(world);
   for (const Change& change : system_calls::Changes()) disk.Take(change);
   EXPECT_GT(disk.flushes(), 1);
+}
+
+// Whoever flushes the folder of the link later does not reach the one that the link leads to.
+TEST(DeferredNameTest, OnlyANameBehindALinkIsFlushedAtOnce) {
+  const FaultWorld world(false);
+  const std::string folder = world.In("R");
+  const std::string link = world.In("Verweis.lst");
+  ASSERT_EQ(symlink((folder + "/A.lst").c_str(), link.c_str()), 0);
+  for (const std::string& path : {folder + "/B.lst", link}) {
+    system_calls::Watch();
+    const auto replacement = SystemFiles().OpenForReplacing(path);
+    replacement->Write("new");
+    replacement->DeferName();
+    replacement->Commit();
+    system_calls::Stop();
+    const auto changes = system_calls::Changes();
+    const bool flushed = std::any_of(changes.begin(), changes.end(), [&](const Change& change) {
+      return change.kind == Change::kFlushed && change.path == folder;
+    });
+    EXPECT_EQ(flushed, path == link) << path;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(WaysOfWorking, FlushOrderTest, testing::Bool(),
