@@ -1,5 +1,8 @@
 #include "manager/user_section.h"
 
+#include <array>
+#include <vector>
+
 #include "platform/number.h"
 #include "platform/path.h"
 #include "platform/text.h"
@@ -8,6 +11,17 @@ namespace tessary {
 namespace {
 
 constexpr std::string_view kSection = "UserSection";
+constexpr std::string_view kVersion = "Version";
+constexpr std::string_view kReference = "Referenzbeleg";
+
+std::int32_t VersionOf(std::string_view value) { return ToLong(value).value_or(0); }
+
+// The values of the version and of the reference, in one reading.
+std::vector<std::string> ReadHeader(FileSystem& files, const std::string& path) {
+  constexpr std::array kKeys = {kVersion, kReference};
+  if (TrimBlanks(path).empty()) return std::vector<std::string>(kKeys.size());
+  return files.ReadProfileStrings(path, kSection, kKeys);
+}
 
 std::string VersionText(std::int32_t version) {
   return version > 0 ? std::to_string(version) : std::string();
@@ -24,12 +38,12 @@ std::size_t FirstCharacterSize(std::string_view text) {
 
 std::int32_t GetReportVersion(FileSystem& files, const std::string& path) {
   if (TrimBlanks(path).empty()) return 0;
-  return ToLong(files.ReadProfileString(path, kSection, "Version")).value_or(0);
+  return VersionOf(files.ReadProfileString(path, kSection, kVersion));
 }
 
 std::string GetReportReference(FileSystem& files, const std::string& path) {
   if (TrimBlanks(path).empty()) return {};
-  return files.ReadProfileString(path, kSection, "Referenzbeleg");
+  return files.ReadProfileString(path, kSection, kReference);
 }
 
 bool IsReportFile(FileSystem& files, const std::string& path, std::int32_t& version,
@@ -39,8 +53,9 @@ bool IsReportFile(FileSystem& files, const std::string& path, std::int32_t& vers
   try {
     const std::string extension(TrimBlanks(ExtensionOf(path)));
     if (!extension.empty() && extension.find('~') == std::string::npos) {
-      version = GetReportVersion(files, path);
-      reference = TrimBlanks(GetReportReference(files, path));
+      const std::vector<std::string> header = ReadHeader(files, path);
+      version = VersionOf(header[0]);
+      reference = TrimBlanks(header[1]);
     }
   } catch (const std::exception&) {
     return false;
@@ -50,8 +65,9 @@ bool IsReportFile(FileSystem& files, const std::string& path, std::int32_t& vers
 
 std::string BuildDiffFileName(FileSystem& files, const std::string& old_path,
                               const std::string& new_path) {
-  return VersionText(GetReportVersion(files, old_path)) + "_" +
-         VersionText(GetReportVersion(files, new_path)) + GetReportReference(files, new_path);
+  const std::int32_t old_version = GetReportVersion(files, old_path);
+  const std::vector<std::string> header = ReadHeader(files, new_path);
+  return VersionText(old_version) + "_" + VersionText(VersionOf(header[0])) + header[1];
 }
 
 DiffFileName ParseDiffFileName(std::string_view name) {

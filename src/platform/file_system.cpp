@@ -39,6 +39,14 @@ std::string FileSystem::IdentityOf(const std::string& path) {
   return FileExists(path) ? path : std::string();
 }
 
+std::vector<std::string> FileSystem::ReadProfileStrings(const std::string& path,
+                                                        std::string_view section,
+                                                        std::span<const std::string_view> keys) {
+  std::vector<std::string> values;
+  for (const std::string_view key : keys) values.push_back(ReadProfileString(path, section, key));
+  return values;
+}
+
 bool FileSystem::SameFolder(const std::string& a, const std::string& b) {
   return WithoutTrailingSeparator(a) == WithoutTrailingSeparator(b);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -122,6 +123,10 @@ class FileSystem {
   // empty when the file, the section or the key is missing.
   virtual std::string ReadProfileString(const std::string& path, std::string_view section,
                                         std::string_view key) = 0;
+  // The values of several keys of a section, in the order of the keys.
+  virtual std::vector<std::string> ReadProfileStrings(const std::string& path,
+                                                      std::string_view section,
+                                                      std::span<const std::string_view> keys);
 };
 
 // The whole contents of a file.

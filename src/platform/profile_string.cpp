@@ -5,6 +5,7 @@
 #include "platform/profile_string.h"
 
 #include <optional>
+#include <utility>
 
 #include "platform/text.h"
 #include "platform/utf8.h"
@@ -91,14 +92,19 @@ std::string FindProfileString(std::string_view bytes, std::string_view section,
   return Find(bytes, section, key).value_or(std::string());
 }
 
-std::string FindProfileString(FileReader& file, std::string_view section, std::string_view key) {
+std::vector<std::string> FindProfileStrings(FileReader& file, std::string_view section,
+                                            std::span<const std::string_view> keys) {
   std::string bytes(kFirstBlock, '\0');
   bytes.resize(file.Read(bytes.data(), bytes.size()));
-  const std::string_view lines = std::string_view(bytes).substr(0, bytes.rfind('\n') + 1);
-  if (!IsUtf16(bytes)) {
-    if (auto value = Find(lines, section, key)) return *std::move(value);
+  const std::size_t whole_lines = IsUtf16(bytes) ? 0 : bytes.rfind('\n') + 1;
+  bool is_read = false;
+  std::vector<std::string> values;
+  for (const std::string_view key : keys) {
+    auto value = Find(std::string_view(bytes).substr(0, whole_lines), section, key);
+    if (!value && !std::exchange(is_read, true)) bytes.append(ReadWholeFile(file));
+    values.push_back(value ? *std::move(value) : FindProfileString(bytes, section, key));
   }
-  return FindProfileString(bytes.append(ReadWholeFile(file)), section, key);
+  return values;
 }
 
 }  // namespace tessary

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/file_system.h"
 
@@ -17,8 +19,10 @@ namespace tessary {
 std::string FindProfileString(std::string_view bytes, std::string_view section,
                               std::string_view key);
 
-// The same for a file at its beginning, which is read only as far as need be: the section of a
-// report's header mostly stands near the beginning. Raises Failure when it cannot be read.
-std::string FindProfileString(FileReader& file, std::string_view section, std::string_view key);
+// The same, for several keys of a section, in a file at its beginning, which is read only as far as
+// need be: the section of a report's header mostly stands near the beginning. Raises Failure when
+// it cannot be read.
+std::vector<std::string> FindProfileStrings(FileReader& file, std::string_view section,
+                                            std::span<const std::string_view> keys);
 
 }  // namespace tessary

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/path.h"
 #include "platform/text.h"
+#include "support/memory_files.h"
 
 namespace tessary {
 namespace {
@@ -92,6 +94,24 @@ TEST(ProfileStringTest, LongValuesAreCut) {
   EXPECT_EQ(find(std::string(2048, 'x')).size(), 2047u);
   EXPECT_EQ(find(std::string(10'000'000, 'x')).size(), 2047u);
   EXPECT_EQ(find(std::string(5000, '\xFC')), DecodeWindows1252(std::string(2047, '\xFC')));
+}
+
+// Wherever the second key stands: the first block of a file has 4096 bytes.
+TEST(ProfileStringTest, SeveralKeysAreFoundInOneReading) {
+  constexpr std::string_view kKeys[] = {"Version", "Fehlt", "Beleg", "VERSION"};
+  const std::string path = JoinPath("", "a.lst");
+  MemoryFiles files;
+  for (const std::size_t gap : {0u, 3000u, 4050u, 4080u, 4096u, 5000u, 100'000u}) {
+    for (const bool utf16 : {false, true}) {
+      const std::string text =
+          "[S]\nVersion=3\nX=" + std::string(gap, 'x') + "\nBeleg=Rechnung\n[T]\nFehlt=1\n";
+      files.Put(path, utf16 ? Utf16(text, false) : text);
+      const auto values = FindProfileStrings(*files.OpenForReading(path), "s", kKeys);
+      EXPECT_EQ(values, (std::vector<std::string>{"3", "", "Rechnung", "3"})) << gap;
+      EXPECT_EQ(files.ReadProfileStrings(path, "s", kKeys), values);
+    }
+  }
+  EXPECT_TRUE(FindProfileStrings(*files.OpenForReading(path), "S", {}).empty());
 }
 
 }  // namespace

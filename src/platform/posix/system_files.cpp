@@ -211,12 +211,17 @@ class PosixFileSystem final : public FileSystem {
 
   std::string ReadProfileString(const std::string& path, std::string_view section,
                                 std::string_view key) override {
+    return ReadProfileStrings(path, section, {&key, 1}).front();
+  }
+
+  std::vector<std::string> ReadProfileStrings(const std::string& path, std::string_view section,
+                                              std::span<const std::string_view> keys) override {
     try {
-      return FindProfileString(*OpenForReading(path), section, key);
+      return FindProfileStrings(*OpenForReading(path), section, keys);
     } catch (const Failure&) {
     } catch (const std::bad_alloc&) {
     }
-    return std::string();
+    return std::vector<std::string>(keys.size());
   }
 };
 
