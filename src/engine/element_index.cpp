@@ -40,33 +40,48 @@ bool ElementIndex::IsOfIdentity(std::uint32_t group, const ElementKey& key) cons
          pool_.Same(other[bxeaTyp], key[bxeaTyp]);
 }
 
-// Where the group of this identity stands in the hash table, or where it would.
-std::size_t ElementIndex::PlaceOf(const ElementKey& key) const {
-  const std::size_t mask = places_.size() - 1;
+std::uint32_t ElementIndex::HashOf(const ElementKey& key) const {
   std::uint64_t hash = Folded(key, bxeaName) * 0x9E3779B97F4A7C15u;
   hash = (hash ^ (hash >> 32) ^ Folded(key, bxeaKey)) * 0xFF51AFD7ED558CCDu;
   hash = (hash ^ (hash >> 32) ^ Folded(key, bxeaTyp)) * 0x9E3779B97F4A7C15u;
-  std::size_t place = static_cast<std::size_t>(hash ^ (hash >> 32)) & mask;
-  while (places_[place] != kNone && !IsOfIdentity(places_[place], key)) place = (place + 1) & mask;
+  return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+}
+
+// Where the group of this identity stands in the hash table, or where it would.
+std::size_t ElementIndex::PlaceOf(const ElementKey& key, std::uint32_t hash) const {
+  const std::uint32_t mask = PlaceMask();
+  std::uint32_t place = hash & mask;
+  for (; places_[place] != kNone; place = (place + 1) & mask) {
+    const bool may_be_it = ((places_[place] ^ hash) & ~mask) == 0;
+    if (may_be_it && IsOfIdentity(places_[place] & mask, key)) break;
+  }
   return place;
 }
 
-std::uint32_t ElementIndex::FindGroup(const ElementKey& key) const { return places_[PlaceOf(key)]; }
+std::uint32_t ElementIndex::FindGroup(const ElementKey& key) const {
+  const std::uint32_t entry = places_[PlaceOf(key, HashOf(key))];
+  return entry == kNone ? kNone : entry & PlaceMask();
+}
 
 std::uint32_t ElementIndex::AddGroup(std::uint32_t slot) {
   if (2 * (groups_.size() + 1) > places_.size()) Grow(2 * places_.size());
-  std::uint32_t& group = places_[PlaceOf(slots_[slot].key)];
-  if (group == kNone) {
-    group = static_cast<std::uint32_t>(groups_.size());
+  const ElementKey& key = slots_[slot].key;
+  const std::uint32_t hash = HashOf(key);
+  std::uint32_t& entry = places_[PlaceOf(key, hash)];
+  if (entry == kNone) {
+    entry = EntryOf(static_cast<std::uint32_t>(groups_.size()), hash);
     groups_.push_back({slot, kNone, kNone, 0, kNone});
   }
-  return group;
+  return entry & PlaceMask();
 }
 
 void ElementIndex::Grow(std::size_t size) {
   places_.assign(size, kNone);
   for (std::uint32_t group = 0; group < groups_.size(); ++group) {
-    places_[PlaceOf(slots_[groups_[group].example].key)] = group;
+    const std::uint32_t hash = HashOf(slots_[groups_[group].example].key);
+    std::uint32_t place = hash & PlaceMask();
+    while (places_[place] != kNone) place = (place + 1) & PlaceMask();
+    places_[place] = EntryOf(group, hash);
   }
 }
 

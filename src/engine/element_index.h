@@ -57,7 +57,13 @@ class ElementIndex {
   };
 
   bool IsOfIdentity(std::uint32_t group, const ElementKey& key) const;
-  std::size_t PlaceOf(const ElementKey& key) const;
+  std::uint32_t HashOf(const ElementKey& key) const;
+  std::size_t PlaceOf(const ElementKey& key, std::uint32_t hash) const;
+  std::uint32_t PlaceMask() const { return static_cast<std::uint32_t>(places_.size() - 1); }
+  // Below the mask the group, above it what the hash has there.
+  std::uint32_t EntryOf(std::uint32_t group, std::uint32_t hash) const {
+    return (hash & ~PlaceMask()) | group;
+  }
   std::uint32_t FindGroup(const ElementKey& key) const;
   std::uint32_t AddGroup(std::uint32_t slot);
   void Grow(std::size_t size);
@@ -74,7 +80,9 @@ class ElementIndex {
   const TextPool& pool_;
   const std::vector<Element>& slots_;
   std::vector<Group> groups_;
-  std::vector<std::uint32_t> places_;    // hash table of groups, open addressing; kNone where free
+  // Hash table of groups, open addressing, at most half full; kNone where free. With a part of the
+  // hash in each entry, hardly any group of another identity is looked at, far away in memory.
+  std::vector<std::uint32_t> places_;
   std::vector<std::uint32_t> group_of_;  // by slot; kNone for an erased one
   std::vector<std::uint32_t> next_;      // by slot: the next member of its group
   std::vector<Node> nodes_;
