@@ -60,15 +60,18 @@ run_convert() {
   "$@" "$tessary" convert --quiet "$work/run/customer.lst" "$work/$name/diff/3_4Rechnung"
 }
 
-# processor_seconds_and_peak PASS: of the quickest of five runs; the peak in KB. Small reports take so
-# little that hundredths of a second, as "time" gives them, would not do.
-processor_seconds_and_peak() {
+# measure_times PASS: what runs with 50,000 and with 500,000 lines take, by turns, since a shared
+# machine is now faster, now slower.
+measure_times() {
+  rm -f "$work"/times.*
   for _ in 1 2 3 4 5; do
-    "run_$1" python3 bench/usage.py "$work/times" >/dev/null
+    for name in 50000 500000; do "run_$1" python3 bench/usage.py "$work/times.$name" >/dev/null; done
   done
-  sort -n "$work/times" | head -n 1
-  rm "$work/times"
 }
+
+# quickest LINES: processor seconds and peak in KB of the quickest run. Small reports take so little
+# that hundredths of a second, as "time" gives them, would not do.
+quickest() { sort -n "$work/times.$1" | head -n 1; }
 
 # input_size PASS: what the pass reads, in KB.
 input_size() {
@@ -83,10 +86,10 @@ growth_of() {
   local pass lines name counts=() times=() peak
   for lines in 50000 500000; do reports "$lines" "$2" "$lines" $((lines * $3 / 100)); done
   for pass in diff convert; do
-    for lines in 50000 500000; do
-      name=$lines
-      counts+=("$(run_$pass own_instructions)")
-      read -r seconds peak < <(processor_seconds_and_peak "$pass")
+    for name in 50000 500000; do counts+=("$(run_$pass own_instructions)"); done
+    measure_times "$pass"
+    for name in 50000 500000; do
+      read -r seconds peak < <(quickest "$name")
       times+=("$seconds")
     done
     echo "$1|$pass|${counts[*]}|${times[*]}|$peak|$(input_size "$pass")" | awk -F '|' '{
