@@ -1,5 +1,6 @@
-// Texts are interned in an open-addressing hash table of entry numbers. When a text comes in for
-// the first time its case folding is interned too and remembered, so that comparing without
+// Texts are interned in an open-addressing hash table of entry numbers; what the hash has above
+// them tells most other texts apart before an entry is looked at. When a text comes in for the
+// first time its case folding is interned too and remembered, so that comparing without
 // regard to case costs two look-ups by number.
 
 #include "engine/text_pool.h"
@@ -54,19 +55,20 @@ bool IsFoldedAscii(std::string_view text) {
 
 }  // namespace
 
-TextPool::TextPool() : table_(kFirstTableSize) { Insert({}, Hash({}) % kFirstTableSize); }
+TextPool::TextPool() : table_(kFirstTableSize) { Insert({}, Hash({}) & Mask(), Hash({})); }
 
 TextPool::~TextPool() = default;
 
 Symbol TextPool::InternFilled(std::string_view text) {
-  const std::size_t mask = table_.size() - 1;
-  for (std::size_t slot = Hash(text) & mask;; slot = (slot + 1) & mask) {
-    const std::uint32_t number = table_[slot];
-    if (number == 0) return Insert(Keep(text), slot);
-    const std::string_view known = entries_[number - 1].text();
-    if (known.size() == text.size() && SameBytes(known, text)) {
-      return static_cast<Symbol>(number - 1);
-    }
+  const std::uint32_t hash = Hash(text);
+  const std::uint32_t mask = Mask();
+  for (std::uint32_t slot = hash & mask;; slot = (slot + 1) & mask) {
+    const std::uint32_t found = table_[slot];
+    if (found == 0) return Insert(Keep(text), slot, hash);
+    if (((found ^ hash) & ~mask) != 0) continue;
+    const std::uint32_t index = (found & mask) - 1;
+    const std::string_view known = entries_[index].text();
+    if (known.size() == text.size() && SameBytes(known, text)) return static_cast<Symbol>(index);
   }
 }
 
@@ -78,13 +80,13 @@ Symbol TextPool::InternNumber(std::int32_t number) {
   return numbers_[place];
 }
 
-Symbol TextPool::Insert(std::string_view text, std::size_t slot) {
+Symbol TextPool::Insert(std::string_view text, std::uint32_t slot, std::uint32_t hash) {
   if (entries_.size() >= std::numeric_limits<std::uint32_t>::max() - 1) throw Failure(kOutOfMemory);
   const auto symbol = static_cast<Symbol>(entries_.size());
   const auto size = static_cast<std::uint32_t>(text.size());
   if (size != text.size()) throw Failure(kOutOfMemory);
   entries_.push_back({text.data(), size, symbol});
-  table_[slot] = static_cast<std::uint32_t>(entries_.size());
+  table_[slot] = (hash & ~Mask()) | static_cast<std::uint32_t>(entries_.size());
   if (2 * entries_.size() > table_.size()) GrowTable();
   if (!IsFoldedAscii(text)) entries_[Index(symbol)].fold = FoldOf(text, symbol);
   return symbol;
@@ -96,14 +98,14 @@ Symbol TextPool::FoldOf(std::string_view text, Symbol self) {
 }
 
 void TextPool::GrowTable() {
-  std::vector<std::uint32_t> larger(2 * table_.size());
-  const std::size_t mask = larger.size() - 1;
+  table_.assign(2 * table_.size(), 0);
+  const std::uint32_t mask = Mask();
   for (std::uint32_t number = 1; number <= entries_.size(); ++number) {
-    std::size_t slot = Hash(entries_[number - 1].text()) & mask;
-    while (larger[slot] != 0) slot = (slot + 1) & mask;
-    larger[slot] = number;
+    const std::uint32_t hash = Hash(entries_[number - 1].text());
+    std::uint32_t slot = hash & mask;
+    while (table_[slot] != 0) slot = (slot + 1) & mask;
+    table_[slot] = (hash & ~mask) | number;
   }
-  table_ = std::move(larger);
 }
 
 std::string_view TextPool::Keep(std::string_view text) {

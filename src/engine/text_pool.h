@@ -55,13 +55,16 @@ class TextPool : public RefCounted {
 
   Symbol InternFilled(std::string_view text);
   static std::size_t Index(Symbol symbol) { return static_cast<std::size_t>(symbol); }
-  Symbol Insert(std::string_view text, std::size_t slot);
+  std::uint32_t Mask() const { return static_cast<std::uint32_t>(table_.size() - 1); }
+  Symbol Insert(std::string_view text, std::uint32_t slot, std::uint32_t hash);
   Symbol FoldOf(std::string_view text, Symbol self);
   void GrowTable();
   bool IsAdopted(std::string_view text) const;
 
   std::vector<Entry> entries_;
-  std::vector<std::uint32_t> table_;  // open addressing; entry number + 1, 0 where free
+  // Open addressing: below the mask the number of an entry, from 1 on, above it what the hash has
+  // there; 0 where free.
+  std::vector<std::uint32_t> table_;
   std::vector<std::unique_ptr<char[]>> blocks_;
   char* block_next_ = nullptr;
   std::size_t block_left_ = 0;
