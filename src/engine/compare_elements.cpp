@@ -6,9 +6,10 @@
 // attributed to the first rows whose key does not fit, and rows whose keys then still differ at
 // the same place count as replaced.
 //
-// The array that receives the differences may be one of those that are compared, so elements are
-// taken out or copied before anything is recorded.
+// The array that receives the differences may be one of those that are compared, so rows are
+// counted before anything is recorded, and what is recorded is a copy.
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -98,21 +99,26 @@ void BXLevelBasis::CheckMissingElements(const Ref<ElementTable>& aSource,
       missing.resize(static_cast<std::size_t>(RowsOf(aSource)));
       missing[static_cast<std::size_t>(row) - 1] = 1;
     }
-    TakeOver(aSource, missing, bxsStatus);
+    // Where much is missing, the index takes memory that what is taken over needs now.
+    if (!missing.empty() && aDest) aDest->EndSearches();
+    TakeOver(aSource, std::move(missing), bxsStatus);
   });
 }
 
-// `marked` is empty where no row is.
-void BXLevelBasis::TakeOver(const Ref<ElementTable>& source,
-                            const std::vector<std::uint8_t>& marked, BXStatus status) {
-  std::vector<Element> taken;
-  for (std::int32_t row = 1; row <= RowsOf(source); ++row) {
+// `marked` is empty where no row is. What is recorded stands behind all rows there were.
+void BXLevelBasis::TakeOver(const Ref<ElementTable>& source, std::vector<std::uint8_t> marked,
+                            BXStatus status) {
+  const auto count = static_cast<std::size_t>(std::count(marked.begin(), marked.end(), 1));
+  if (count > 0) Array().Reserve(static_cast<std::size_t>(RowsOf(m_aElement)) + count);
+  const std::int32_t rows = RowsOf(source);
+  for (std::int32_t row = 1; row <= rows; ++row) {
     context_->Yield();
     if (marked.empty() || !marked[static_cast<std::size_t>(row) - 1]) continue;
-    taken.push_back(source->Row(row));
+    Record(source->Row(row), status);
   }
-  if (!marked.empty()) source->DeleteMarked(marked);
-  for (const Element& element : taken) Record(element, status);
+  if (count == 0) return;
+  marked.resize(static_cast<std::size_t>(RowsOf(source)));
+  source->DeleteMarked(marked);
 }
 
 void BXLevelBasis::CheckMissingSpecialElements(const Ref<ElementTable>& aSource,
@@ -140,7 +146,7 @@ void BXLevelBasis::TakeOverSurplus(const Ref<ElementTable>& source, const Ref<El
     marked[static_cast<std::size_t>(row) - 1] = 1;
     --surplus;
   }
-  TakeOver(source, marked, status);
+  TakeOver(source, std::move(marked), status);
 }
 
 void BXLevelBasis::RecordReplaced(const Ref<ElementTable>& source, const Ref<ElementTable>& dest,

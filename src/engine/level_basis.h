@@ -99,8 +99,7 @@ class BXLevelBasis final : public Level {
   Ref<ElementTable> ChildArrayOf(const Element& element) const;
 
   void Record(const Element& element, BXStatus status);
-  void TakeOver(const Ref<ElementTable>& source, const std::vector<std::uint8_t>& marked,
-                BXStatus status);
+  void TakeOver(const Ref<ElementTable>& source, std::vector<std::uint8_t> marked, BXStatus status);
   void TakeOverSurplus(const Ref<ElementTable>& source, const Ref<ElementTable>& dest,
                        BXStatus status, std::int32_t start);
   void RecordReplaced(const Ref<ElementTable>& source, const Ref<ElementTable>& dest,
