@@ -10,6 +10,13 @@
 namespace tessary {
 namespace {
 
+NewContents Encoded(const Ref<EngineContext>& context, const Ref<ElementTable>& lines) {
+  NewContents contents;
+  EncodeReport(context, {}, lines,
+               [&](std::string piece) { contents.encoded.push_back(std::move(piece)); });
+  return contents;
+}
+
 bool IsReport(FileSystem& files, const std::string& path) {
   std::int32_t version = 0;
   std::string reference;
@@ -58,12 +65,7 @@ std::optional<NewContents> ComparisonAhead::Prepare(const Ref<EngineContext>& co
   const Ref<Level> differences = context->CreateLevel(0);
   differences->Compare(old_lines, new_lines);
   const Ref<ElementTable> lines = differences->ElementArray();
-  NewContents contents;
-  if (!IsArrayEmpty(lines)) {
-    EncodeReport(context, {}, lines,
-                 [&](std::string piece) { contents.encoded.push_back(std::move(piece)); });
-  }
-  return contents;
+  return IsArrayEmpty(lines) ? NewContents() : Encoded(context, lines);
 }
 
 std::optional<NewContents> ConversionAhead::Prepare(const Ref<EngineContext>& context) {
@@ -81,12 +83,27 @@ std::optional<NewContents> ConversionAhead::Prepare(const Ref<EngineContext>& co
   if (!differences || !report) return std::nullopt;
   const Ref<Level> converted = context->CreateLevel(0);
   converted->Convert(report, differences);
+  const Ref<ElementTable> lines = converted->ElementArray();
+  return HasRoomForMore() ? Written(context, lines) : Encoded(context, lines);
+}
+
+NewContents ConversionAhead::Written(const Ref<EngineContext>& context,
+                                     const Ref<ElementTable>& lines) const {
   NewContents contents;
   contents.replacement = files().OpenForReplacing(plan_.report_path);
-  EncodeReport(context, {}, converted->ElementArray(),
+  EncodeReport(context, {}, lines,
                [&](const std::string& piece) { contents.replacement->Write(piece); });
   contents.replacement->Prepare();
   return contents;
+}
+
+// Where the disk is nearly full, what is written ahead could take the room of a backup, or of a
+// report whose turn comes before.
+bool ConversionAhead::HasRoomForMore() const {
+  constexpr std::uint64_t kMargin = std::uint64_t{64} << 20;
+  constexpr std::uint64_t kFilesAtOnce = 32;
+  const std::uint64_t size = files().OpenForReading(plan_.report_path)->SizeHint();
+  return files().RoomBeside(plan_.report_path) >= kMargin + kFilesAtOnce * size;
 }
 
 }  // namespace tessary

@@ -87,7 +87,8 @@ struct ConversionPlan {
   std::size_t largest = kLargestAhead;
 };
 
-// Saves a report, applies a difference file to it, and brings the result to the disk beside it.
+// Saves a report and applies a difference file to it. Where there is room enough, the result is
+// brought to the disk beside the report.
 class ConversionAhead final : public Preparation {
  public:
   // `observer` may be null.
@@ -105,6 +106,9 @@ class ConversionAhead final : public Preparation {
 
  private:
   std::optional<NewContents> Prepare(const Ref<EngineContext>& context) override;
+  // The lines as a replacement of the report that only needs its commit.
+  NewContents Written(const Ref<EngineContext>& context, const Ref<ElementTable>& lines) const;
+  bool HasRoomForMore() const;
 
   ConversionPlan plan_;
   std::unique_ptr<StepObserver> observer_;

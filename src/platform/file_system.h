@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -37,7 +38,7 @@ class FileReplacement {
   // before may leave the old file.
   virtual void DeferName() {}
   // Brings the new contents to the disk already, after the last Write, so that Commit has less to
-  // do. Without effect where the replacement works in place.
+  // do. A hint: without effect where the replacement works in place.
   virtual void Prepare() {}
   // Brings the new contents to the disk and puts them in the file's place, with owner,
   // permissions and attributes kept. May be called once.
@@ -73,6 +74,9 @@ class FileSystem {
   // beside the target, or the target has several names (hard links), the replacement works in
   // place.
   virtual std::unique_ptr<FileReplacement> OpenForReplacing(const std::string& path) = 0;
+
+  // How many bytes a file beside `path`, links followed, could take; 0 where that cannot be told.
+  virtual std::uint64_t RoomBeside(const std::string&) { return 0; }
 
   // Copies the contents of `from` to `to`, replacing what `to` held; the copy is on the disk when
   // the call returns. `to` is replaced as a whole or stays as it was.

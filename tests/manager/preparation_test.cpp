@@ -88,6 +88,18 @@ TEST_F(PreparationTest, GivesWhatTheOperationWouldWrite) {
   EXPECT_FALSE(HasResult(conversion)) << "it has been taken";
 }
 
+// It could take the room of the backup, which is made at the same time for a single report.
+TEST_F(PreparationTest, WritesNoReportWhereTheDiskIsNearlyFull) {
+  memory_.SetCapacity(std::size_t{64} << 20);
+  ConversionAhead conversion = Conversion();
+  Do(conversion);
+  EXPECT_EQ(files_.CountCalls(FileCall::kOpenForReplacing), 0);
+  const auto converted = conversion.Take();
+  ASSERT_TRUE(converted);
+  EXPECT_FALSE(converted->replacement);
+  EXPECT_EQ(BytesOf(converted->encoded), SmallReport(4));
+}
+
 TEST_F(PreparationTest, VersionsWithoutADifferenceAreAResult) {
   memory_.Put(new_, SmallReport(3));
   ComparisonAhead comparison(files_, old_, new_);

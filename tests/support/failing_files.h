@@ -78,6 +78,7 @@ class FailingFiles : public FileSystem {
   std::unique_ptr<FolderLock> TryLockFolder(const std::string& folder) override {
     return inner_.TryLockFolder(folder);
   }
+  std::uint64_t RoomBeside(const std::string& path) override { return inner_.RoomBeside(path); }
   void RemoveLeftovers(const std::string& folder) override { inner_.RemoveLeftovers(folder); }
   std::string IdentityOf(const std::string& path) override { return inner_.IdentityOf(path); }
   std::string StampOf(const std::string& path) override { return inner_.StampOf(path); }

@@ -39,6 +39,7 @@ class MemoryFiles : public FileSystem {
   std::vector<std::string> ListFiles(const std::string& folder) override;
   std::unique_ptr<FileReader> OpenForReading(const std::string& path) override;
   std::unique_ptr<FileReplacement> OpenForReplacing(const std::string& path) override;
+  std::uint64_t RoomBeside(const std::string&) override { return FreeSpace(); }
   void CopyFile(const std::string& from, const std::string& to) override;
   void RenameFile(const std::string& from, const std::string& to) override;
   bool SameContents(const std::string& a, const std::string& b) override;

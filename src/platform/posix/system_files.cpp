@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -103,6 +104,12 @@ class PosixFileSystem final : public FileSystem {
 
   std::unique_ptr<FileReplacement> OpenForReplacing(const std::string& path) override {
     return OpenReplacement(path);
+  }
+
+  std::uint64_t RoomBeside(const std::string& path) override {
+    struct statvfs status;
+    const bool is_known = !path.empty() && statvfs(path.c_str(), &status) == 0;
+    return is_known ? std::uint64_t{status.f_bavail} * status.f_frsize : 0;
   }
 
   void CopyFile(const std::string& from, const std::string& to) override {

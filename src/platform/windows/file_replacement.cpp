@@ -129,24 +129,15 @@ class TemporaryReplacement final : public WindowsReplacement {
   void Write(std::string_view bytes) override {
     // Once a part of the contents is lost there is nothing left to commit.
     usable_ = false;
-    prepared_ = false;
     WriteAll(file_->handle(), bytes);
     usable_ = true;
   }
 
-  void Prepare() override {
+  void Commit() override {
     if (!usable_) throw Failure(kInvalidCall);
     usable_ = false;
     SetFileInformationByHandle(file_->handle(), FileBasicInfo, &status_, sizeof status_);
     Flush(file_->handle());
-    prepared_ = true;
-    usable_ = true;
-  }
-
-  void Commit() override {
-    if (!prepared_) Prepare();
-    if (!usable_) throw Failure(kInvalidCall);
-    usable_ = false;
     file_->Close();
     if (replaced_) {
       ReplaceTarget();
@@ -224,7 +215,6 @@ class TemporaryReplacement final : public WindowsReplacement {
   std::optional<OpenedFile> replaced_;
   bool new_only_;
   bool usable_ = true;
-  bool prepared_ = false;
   bool damaged_ = false;
   FILE_BASIC_INFO status_{};  // What is zero stays as it is.
 };

@@ -226,28 +226,6 @@ TEST_F(SystemFilesTest, ReplacingWithoutCommitLeavesNothing) {
   EXPECT_EQ(FileNamesIn(folder_.path()), Names{"a"});
 }
 
-TEST_F(SystemFilesTest, APreparedReplacementWaitsForItsCommit) {
-  const std::string path = Put("a", "old");
-  for (const std::string& target : {path, folder_ / "new"}) {
-    const auto abandoned = files_.OpenForReplacing(target);
-    abandoned->Write("abandoned");
-    abandoned->Prepare();
-  }
-  EXPECT_EQ(GetFile(path), "old");
-  EXPECT_EQ(AllNames(), Names{"a"});
-
-  const auto replacement = files_.OpenForReplacing(path);
-  replacement->Write("new");
-  replacement->Prepare();
-  replacement->Write(" text");
-  replacement->Prepare();
-  EXPECT_EQ(GetFile(path), "old");
-  EXPECT_TRUE(files_.AddCopy(path, folder_ / "copy")) << "others may read the file meanwhile";
-  replacement->Commit();
-  EXPECT_EQ(GetFile(path), "new text");
-  EXPECT_EQ(FailureNumber([&] { replacement->Prepare(); }), kInvalidCall);
-}
-
 TEST_F(SystemFilesTest, ReplacingTakesPiecesOfEverySize) {
   const std::string path = folder_ / "a";
   std::mt19937 random(7);
