@@ -226,7 +226,7 @@ bool ResultFilesAreWritable(const CommandLine& line, const CommandSurroundings& 
 // somewhat more than this. In a folder one report after the other takes the memory of the first,
 // which only has to stay.
 HeapPages PrepareHeapFor(const CommandLine& line, FileSystem& files) {
-  constexpr std::size_t kBytesPerByte = 8;
+  constexpr std::size_t kBytesPerByte = 7;
   if (line.command != CommandId::kDiff && line.command != CommandId::kConvert) {
     return PrepareHeap(0);
   }

@@ -40,8 +40,14 @@ inline bool IsAsciiWord(std::uint64_t word) { return (word & kHighBitsOfWord) ==
 
 // Position of the first byte at or behind `pos` that is not ASCII, or the text's size.
 inline std::size_t AsciiRunEnd(std::string_view text, std::size_t pos) {
-  while (text.size() - pos >= kWordBytes && IsAsciiWord(LoadWord(text.data() + pos)))
-    pos += kWordBytes;
+  const char* const bytes = text.data();
+  while (text.size() - pos >= 4 * kWordBytes &&
+         IsAsciiWord(LoadWord(bytes + pos) | LoadWord(bytes + pos + kWordBytes) |
+                     LoadWord(bytes + pos + 2 * kWordBytes) |
+                     LoadWord(bytes + pos + 3 * kWordBytes))) {
+    pos += 4 * kWordBytes;
+  }
+  while (text.size() - pos >= kWordBytes && IsAsciiWord(LoadWord(bytes + pos))) pos += kWordBytes;
   while (pos < text.size() && IsAscii(text[pos])) ++pos;
   return pos;
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
@@ -16,15 +17,40 @@ namespace tessary {
 
 namespace {
 
-constexpr unsigned char kFirstSpecial = 0x80;
+constexpr std::size_t kFirstSpecial = 0x80;
 constexpr std::array<char16_t, 32> kSpecials = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-char32_t CodePointOf(unsigned char byte) {
-  const auto special = static_cast<std::size_t>(byte) - kFirstSpecial;
-  return byte >= kFirstSpecial && special < kSpecials.size() ? kSpecials[special] : byte;
+// A character beyond ASCII as UTF-8.
+struct EncodedCharacter {
+  std::array<char, 3> bytes{};
+  std::uint8_t length = 0;
+};
+
+constexpr EncodedCharacter EncodedOf(char16_t code_point) {
+  const auto lead = [&](int mark, int shift) {
+    return static_cast<char>(mark | code_point >> shift);
+  };
+  const auto trail = [&](int shift) {
+    return static_cast<char>(0x80 | (code_point >> shift & 0x3F));
+  };
+  if (code_point < 0x800) return {{lead(0xC0, 6), trail(0)}, 2};
+  return {{lead(0xE0, 12), trail(6), trail(0)}, 3};
+}
+
+constexpr auto kEncoded = [] {
+  std::array<EncodedCharacter, 128> encoded{};
+  for (std::size_t n = 0; n < encoded.size(); ++n) {
+    encoded[n] =
+        EncodedOf(n < kSpecials.size() ? kSpecials[n] : static_cast<char16_t>(kFirstSpecial + n));
+  }
+  return encoded;
+}();
+
+const EncodedCharacter& EncodedByte(char byte) {
+  return kEncoded[static_cast<unsigned char>(byte) - kFirstSpecial];
 }
 
 [[noreturn]] void FailUnknown(std::string_view text, std::size_t pos, Utf8Character character) {
@@ -57,18 +83,26 @@ char ByteOf(std::string_view text, std::size_t pos, Utf8Character character) {
 
 }  // namespace
 
+// Characters become longer, so a gap is kept between the text and the bytes still to be decoded.
 std::string DecodeWindows1252(std::string bytes) {
-  if (AsciiRunEnd(bytes, 0) == bytes.size()) return bytes;
-  std::string text;
-  text.reserve(bytes.size() + bytes.size() / 16);
-  for (std::size_t pos = 0; pos < bytes.size();) {
-    const std::size_t end = AsciiRunEnd(bytes, pos);
-    text.append(bytes, pos, end - pos);
-    if (end == bytes.size()) break;
-    AppendUtf8(text, CodePointOf(static_cast<unsigned char>(bytes[end])));
-    pos = end + 1;
+  constexpr std::size_t kLeastGap = 256;
+  std::size_t end = AsciiRunEnd(bytes, 0);  // of the text
+  for (std::size_t pos = end; pos < bytes.size();) {
+    if (pos - end < EncodedCharacter().bytes.size()) {
+      const std::size_t gap = std::max((bytes.size() - pos) / 16, kLeastGap);
+      bytes.insert(pos, gap, '\0');
+      pos += gap;
+    }
+    const EncodedCharacter& character = EncodedByte(bytes[pos++]);
+    std::memcpy(bytes.data() + end, character.bytes.data(), character.bytes.size());
+    end += character.length;
+    const std::size_t run = AsciiRunEnd(bytes, pos) - pos;
+    std::memmove(bytes.data() + end, bytes.data() + pos, run);
+    end += run;
+    pos += run;
   }
-  return text;
+  bytes.resize(end);
+  return bytes;
 }
 
 // No character becomes longer, so the bytes fit where the text was.

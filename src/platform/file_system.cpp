@@ -55,8 +55,10 @@ std::string ReadWholeFile(FileReader& file) {
   // A hint may be far off (sparse files), so memory beyond these bounds is taken step by step.
   constexpr std::size_t kFirstBlock = 4096;
   constexpr std::size_t kLargestReserve = std::size_t{64} << 20;
+  const std::size_t size = std::clamp(file.SizeHint() + 1, kFirstBlock, kLargestReserve);
   std::string contents;
-  contents.resize(std::clamp(file.SizeHint() + 1, kFirstBlock, kLargestReserve));
+  contents.reserve(size + size / 16);  // decoding makes it longer
+  contents.resize(size);
   std::size_t used = 0;
   while (true) {
     if (used == contents.size()) contents.resize(2 * contents.size());

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "platform/failure.h"
 #include "platform/text.h"
 
@@ -18,6 +20,23 @@ TEST(CodePageTest, EveryByteSurvives) {
     EXPECT_EQ(EncodeWindows1252(text), one) << byte;
   }
   EXPECT_EQ(EncodeWindows1252(DecodeWindows1252(all)), all);
+}
+
+TEST(CodePageTest, DecodesLongTextsHoweverMuchLongerTheyBecome) {
+  for (const std::size_t gap : {0, 1, 7, 31, 32, 40, 1000}) {
+    for (const auto& [byte, character] : {std::pair{'\x80', "€"}, {'\xE4', "ä"}}) {
+      std::string bytes;
+      std::string text;
+      for (int n = 0; n < 3000; ++n) {
+        bytes.append(gap, 'x').push_back(byte);
+        text.append(gap, 'x').append(character);
+      }
+      bytes.append("end");
+      text.append("end");
+      EXPECT_TRUE(DecodeWindows1252(bytes) == text) << gap << character;
+      EXPECT_TRUE(EncodeWindows1252(text) == bytes) << gap << character;
+    }
+  }
 }
 
 TEST(CodePageTest, Decodes) {
