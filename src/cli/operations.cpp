@@ -238,12 +238,12 @@ HeapPages PrepareHeapFor(const CommandLine& line, FileSystem& files) {
   }
 }
 
-// Where another thread works ahead for a single report, this one gets the pages meanwhile.
+// Where another thread helps with a single report, that gets the pages while this one begins.
 void GetPagesFor(const CommandLine& line, const CommandSurroundings& around) {
   const HeapPages pages = PrepareHeapFor(line, around.files);
   Workers* const workers = WorkersFor(line, around);
-  if (workers && line.command == CommandId::kConvert) {
-    workers->AfterNextPost([pages] { GetPages(pages); });
+  if (workers && workers->threads() > 0 && line.command == CommandId::kConvert) {
+    workers->AtNextStart([pages] { GetPages(pages); });
   } else {
     GetPages(pages);
   }

@@ -126,18 +126,17 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::ConvertOne(Step& step, const std::string
   }
   // A batch holds the folder already, and has its own preparations.
   const auto lock = m_blnBatch ? nullptr : LockFolder(step, ParentFolderOf(report_path));
-  WorkAhead<ConversionAhead> ahead(m_blnBatch ? nullptr : around_.workers, 1, [&](std::size_t) {
-    return PrepareConversion({report_path, {}, diff_path, SIZE_MAX});
-  });
+  PostedWork<ConversionAhead> conversion;
   std::string backup_folder = wanted_backup_folder;
-  if (!m_blnBatch && BackUp(report_path, backup_folder) == Outcome::kStopped) {
+  if (!m_blnBatch &&
+      BackUp(report_path, diff_path, backup_folder, conversion) == Outcome::kStopped) {
     return Outcome::kStopped;
   }
   if (diff_path.empty()) return FailedBecause("Fehlende Pfadangabe für den Differenz-Bericht.");
   const DiffFileName versions = CheckDifferenceFile(step, diff_path);
   step.log_text =
       "Konvertierung des Berichts " + name + " " + VersionsText(versions) + " fehlgeschlagen.";
-  if (!m_blnBatch) conversion_ahead_ = ahead.Take(0);
+  if (!m_blnBatch) conversion_ahead_ = std::move(conversion);
   ConvertBy(step, StepOf(report_path, diff_path, versions), VersionsText(versions), backup_folder);
   log_.AddToResultLog(
       "Der Bericht " + name + " wurde erfolgreich " + VersionsText(versions) + " konvertiert.",
@@ -156,16 +155,19 @@ std::unique_ptr<ConversionAhead> BXConvertLLMgr::PrepareConversion(ConversionPla
   return std::make_unique<ConversionAhead>(around_.files, std::move(plan), std::move(observer));
 }
 
-// Saves a report that is converted on its own; `backup_folder` takes the folder that is used.
+// Saves a report that is converted on its own; `backup_folder` takes the folder that is used, and
+// `conversion` what has been done meanwhile.
 BXConvertLLMgr::Outcome BXConvertLLMgr::BackUp(const std::string& report_path,
-                                               std::string& backup_folder) {
+                                               const std::string& diff_path,
+                                               std::string& backup_folder,
+                                               PostedWork<ConversionAhead>& conversion) {
   const std::string report_folder = ParentFolderOf(report_path);
   const BackupFolder folder = CreateBackupFolder(around_, report_folder, backup_folder);
   backup_folder = folder.path;
   Answer answer = folder.answer;
   if (answer == Answer::kYes) {
     around_.user.SetMousePointer(MousePointer::kHourglass);
-    if (!folder.skip) {
+    if (!folder.skip && !IsSavedMeanwhile(report_path, diff_path, folder.path, conversion)) {
       answer = BackupReport(around_, folder.path, report_folder, FileNameOf(report_path));
     }
   }
@@ -175,6 +177,27 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::BackUp(const std::string& report_path,
   }
   around_.user.SetMousePointer(MousePointer::kHourglass);
   return Outcome::kDone;
+}
+
+// Has another thread save the report while this one converts it. The conversion takes longer, so
+// it is not the one that has to wait for the thread's start. False when the report is yet to be
+// saved.
+bool BXConvertLLMgr::IsSavedMeanwhile(const std::string& report_path, const std::string& diff_path,
+                                      const std::string& backup_folder,
+                                      PostedWork<ConversionAhead>& conversion) {
+  if (!around_.workers) return false;
+  Workers& workers = *around_.workers;
+  PostedWork<ReplacementAhead> replacement;
+  std::unique_ptr<ConversionAhead> work =
+      PrepareConversion({report_path, {}, diff_path, SIZE_MAX, &replacement});
+  if (!work) return false;
+  const std::string copy_path = JoinPath(backup_folder, FileNameOf(report_path));
+  replacement = {workers, std::make_unique<ReplacementAhead>(around_.files, report_path)};
+  const PostedWork<ConversionAhead> copy(workers, PrepareConversion({report_path, copy_path, {}}),
+                                         Workers::Who::kThreadsThereAre);
+  workers.Rest();
+  conversion = {workers, std::move(work), Workers::Who::kOwner};
+  return copy.Finished()->IsSaved();
 }
 
 DiffFileName BXConvertLLMgr::CheckDifferenceFile(Step& step, const std::string& path) {

@@ -17,6 +17,27 @@ NewContents Encoded(const Ref<EngineContext>& context, const Ref<ElementTable>& 
   return contents;
 }
 
+// The lines as a replacement that only needs its commit.
+NewContents Written(const Ref<EngineContext>& context, const Ref<ElementTable>& lines,
+                    std::unique_ptr<FileReplacement> replacement) {
+  NewContents contents;
+  contents.replacement = std::move(replacement);
+  EncodeReport(context, {}, lines,
+               [&](const std::string& piece) { contents.replacement->Write(piece); });
+  contents.replacement->Prepare();
+  return contents;
+}
+
+// Null where the disk is nearly full: what is written ahead could take the room of a backup, or of
+// a report whose turn comes before.
+std::unique_ptr<FileReplacement> OpenAhead(FileSystem& files, const std::string& path) {
+  constexpr std::uint64_t kMargin = std::uint64_t{64} << 20;
+  constexpr std::uint64_t kFilesAtOnce = 32;
+  const std::uint64_t size = files.OpenForReading(path)->SizeHint();
+  const bool has_room = files.RoomBeside(path) >= kMargin + kFilesAtOnce * size;
+  return has_room ? files.OpenForReplacing(path) : nullptr;
+}
+
 bool IsReport(FileSystem& files, const std::string& path) {
   std::int32_t version = 0;
   std::string reference;
@@ -84,26 +105,18 @@ std::optional<NewContents> ConversionAhead::Prepare(const Ref<EngineContext>& co
   const Ref<Level> converted = context->CreateLevel(0);
   converted->Convert(report, differences);
   const Ref<ElementTable> lines = converted->ElementArray();
-  return HasRoomForMore() ? Written(context, lines) : Encoded(context, lines);
+  std::unique_ptr<FileReplacement> replacement = plan_.replacement
+                                                     ? plan_.replacement->Finished()->Take()
+                                                     : OpenAhead(files(), plan_.report_path);
+  return replacement ? Written(context, lines, std::move(replacement)) : Encoded(context, lines);
 }
 
-NewContents ConversionAhead::Written(const Ref<EngineContext>& context,
-                                     const Ref<ElementTable>& lines) const {
-  NewContents contents;
-  contents.replacement = files().OpenForReplacing(plan_.report_path);
-  EncodeReport(context, {}, lines,
-               [&](const std::string& piece) { contents.replacement->Write(piece); });
-  contents.replacement->Prepare();
-  return contents;
-}
-
-// Where the disk is nearly full, what is written ahead could take the room of a backup, or of a
-// report whose turn comes before.
-bool ConversionAhead::HasRoomForMore() const {
-  constexpr std::uint64_t kMargin = std::uint64_t{64} << 20;
-  constexpr std::uint64_t kFilesAtOnce = 32;
-  const std::uint64_t size = files().OpenForReading(plan_.report_path)->SizeHint();
-  return files().RoomBeside(plan_.report_path) >= kMargin + kFilesAtOnce * size;
+void ReplacementAhead::Run() noexcept {
+  try {
+    replacement_ = OpenAhead(files_, path_);
+  } catch (...) {
+    // It fails again when the report is written.
+  }
 }
 
 }  // namespace tessary

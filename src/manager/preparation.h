@@ -11,6 +11,7 @@
 #include "engine/error_collection.h"
 #include "manager/report_io.h"
 #include "manager/user_interface.h"
+#include "manager/work_ahead.h"
 #include "platform/file_system.h"
 #include "platform/workers.h"
 
@@ -80,11 +81,30 @@ class ComparisonAhead final : public Preparation {
   std::string new_path_;
 };
 
+// Opens a report for being replaced, where what is written ahead has room enough.
+class ReplacementAhead final : public Job {
+ public:
+  // `files`, whose file system several threads may use, must outlive the work.
+  ReplacementAhead(FileSystem& files, std::string path) : files_(files), path_(std::move(path)) {}
+
+  // Null where there is not room enough, or the report cannot be replaced. May be called once.
+  std::unique_ptr<FileReplacement> Take() { return std::move(replacement_); }
+
+ private:
+  void Run() noexcept override;
+
+  FileSystem& files_;
+  std::string path_;
+  std::unique_ptr<FileReplacement> replacement_;
+};
+
 struct ConversionPlan {
   std::string report_path;
   std::string copy_path;  // where the report is to be saved first; empty for nowhere
   std::string diff_path;  // empty when the report is only to be saved
   std::size_t largest = kLargestAhead;
+  // Who opens the report for being replaced; null: whoever converts it.
+  const PostedWork<ReplacementAhead>* replacement = nullptr;
 };
 
 // Saves a report and applies a difference file to it. Where there is room enough, the result is
@@ -106,10 +126,6 @@ class ConversionAhead final : public Preparation {
 
  private:
   std::optional<NewContents> Prepare(const Ref<EngineContext>& context) override;
-  // The lines as a replacement of the report that only needs its commit.
-  NewContents Written(const Ref<EngineContext>& context, const Ref<ElementTable>& lines) const;
-  bool HasRoomForMore() const;
-
   ConversionPlan plan_;
   std::unique_ptr<StepObserver> observer_;
   bool is_saved_ = false;

@@ -10,15 +10,16 @@
 
 namespace tessary {
 
-// A job that somebody does or will do, or none. One that nobody waits for is given up.
+// A job that somebody has done, does or will do, or none. One that nobody waits for is given up.
 template <class Work>
 class PostedWork {
  public:
   PostedWork() = default;
   // `workers` must outlive the work.
-  PostedWork(Workers& workers, std::unique_ptr<Work> work)
+  PostedWork(Workers& workers, std::unique_ptr<Work> work,
+             Workers::Who who = Workers::Who::kAnyThread)
       : workers_(&workers), work_(std::move(work)) {
-    workers_->Post(*work_);
+    workers_->Post(*work_, who);
   }
   PostedWork(PostedWork&&) noexcept = default;
   PostedWork& operator=(PostedWork&& other) noexcept {

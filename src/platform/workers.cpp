@@ -19,19 +19,20 @@ void Workers::Rest() {
   changed_.notify_all();
 }
 
-void Workers::Post(Job& job) {
-  Enqueue(job);
-  if (const auto work = std::exchange(after_post_, nullptr)) work();
+void Workers::AtNextStart(std::function<void()> work) {
+  const Lock lock(mutex_);
+  at_start_ = std::move(work);
 }
 
-void Workers::Enqueue(Job& job) {
-  const Lock lock(mutex_);
+void Workers::Post(Job& job, Who who) {
+  Lock lock(mutex_);
   waiting_.push_back(&job);
   job.state_ = Job::State::kWaiting;
+  if (who == Who::kOwner) return Do(job, lock);
   resting_ = false;
   if (std::cmp_greater_equal(idle_, waiting_.size())) {
     changed_.notify_all();
-  } else if (running_ < most_) {
+  } else if (who == Who::kAnyThread && running_ < most_) {
     StartThread();
   }
 }
@@ -47,6 +48,11 @@ void Workers::StartThread() {
 
 void Workers::Serve() {
   Lock lock(mutex_);
+  if (const auto work = std::exchange(at_start_, nullptr)) {
+    lock.unlock();
+    work();
+    lock.lock();
+  }
   for (;;) {
     ++idle_;
     changed_.wait(lock, [this] { return resting_ || !waiting_.empty(); });

@@ -43,11 +43,17 @@ class Workers {
 
   int threads() const { return most_; }
 
+  enum class Who {
+    kAnyThread,        // one is started where none is free
+    kThreadsThereAre,  // none is started, which takes the owner some time
+    kOwner,            // at once
+  };
+
   // Has a job done at some time. It must live until it is finished or dropped.
-  void Post(Job& job);
-  // Something small that the owner's thread does once the next job has been posted, while another
-  // thread begins with that. Never done where no job is posted any more.
-  void AfterNextPost(std::function<void()> work) { after_post_ = std::move(work); }
+  void Post(Job& job, Who who = Who::kAnyThread);
+  // Something small that the next thread to be started does before any job. Never done where none
+  // is started any more.
+  void AtNextStart(std::function<void()> work);
   // Returns when the posted job is done. While others do it, the caller does what is waiting.
   void Finish(Job& job);
   // Takes a posted job back: one that has not begun never will, one that runs is waited for.
@@ -59,7 +65,6 @@ class Workers {
  private:
   using Lock = std::unique_lock<std::mutex>;
 
-  void Enqueue(Job& job);
   void StartThread();
   void Serve();
   // Takes the job out of the queue and does it, letting go of the lock meanwhile.
@@ -72,8 +77,8 @@ class Workers {
   int running_ = 0;  // threads that have not ended
   int idle_ = 0;     // of these
   bool resting_ = false;
+  std::function<void()> at_start_;
   std::vector<std::thread> threads_;
-  std::function<void()> after_post_;  // the owner's thread alone looks at this
 };
 
 // How many processors this process may use besides the one that its caller is on, at most

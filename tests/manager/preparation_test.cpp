@@ -227,6 +227,38 @@ TEST_F(PreparationTest, NoFailureComesThrough) {
   EXPECT_TRUE(log_.errors.objErrors->empty());
 }
 
+TEST_F(PreparationTest, TheReportMayBeOpenedBySomebodyElse) {
+  const PostedWork<ReplacementAhead> replacement(
+      workers_, std::make_unique<ReplacementAhead>(files_, report_));
+  ConversionAhead conversion(files_, {report_, {}, diff_, kLargestAhead, &replacement}, nullptr);
+  Do(conversion);
+  EXPECT_EQ(files_.CountCalls(FileCall::kOpenForReplacing), 1);
+  const auto converted = conversion.Take();
+  ASSERT_TRUE(converted);
+  ASSERT_TRUE(converted->replacement);
+  converted->replacement->Commit();
+  EXPECT_EQ(memory_.Get(report_), SmallReport(4));
+}
+
+TEST_F(PreparationTest, WithoutAReplacementThereAreOnlyBytes) {
+  const std::string missing = Path("R", "fehlt.lst");
+  files_.FailCall(FileCall::kOpenForReplacing, 1, kPermissionDenied);
+  for (const std::string& path : {report_, missing}) {
+    const PostedWork<ReplacementAhead> replacement(
+        workers_, std::make_unique<ReplacementAhead>(files_, path));
+    ConversionAhead conversion(files_, {report_, {}, diff_, kLargestAhead, &replacement}, nullptr);
+    Do(conversion);
+    const auto converted = conversion.Take();
+    ASSERT_TRUE(converted);
+    EXPECT_FALSE(converted->replacement);
+    EXPECT_EQ(BytesOf(converted->encoded), SmallReport(4));
+  }
+  memory_.SetCapacity(std::size_t{64} << 20);
+  ReplacementAhead without_room(files_, report_);
+  Do(without_room);
+  EXPECT_FALSE(without_room.Take());
+}
+
 TEST_F(PreparationTest, ItsObserverHearsOfTheDifferences) {
   int applied = 0;
   ConversionAhead conversion(files_, {report_, {}, diff_}, std::make_unique<Counter>(applied));

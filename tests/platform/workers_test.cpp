@@ -154,22 +154,66 @@ TEST(WorkersTest, WorkGoesOnAfterARest) {
   workers.Drop(on_a_thread);
 }
 
-TEST(WorkersTest, WhatComesAfterAPostIsDoneOnceByTheOwner) {
+TEST(WorkersTest, AThreadThatStartsDoesFirstWhatItIsToldTo) {
+  Workers workers(1);
+  std::atomic<int> starts = 0;
+  workers.AtNextStart([&] { ++starts; });
+  Task here;
+  workers.Post(here, Workers::Who::kOwner);
+  EXPECT_EQ(starts, 0);
+  for (int round = 0; round < 2; ++round) {
+    std::atomic<int> starts_before_job = -1;
+    Task task([&] { starts_before_job = starts.load(); });
+    workers.Post(task);
+    while (starts_before_job < 0) std::this_thread::yield();
+    workers.Finish(task);
+    EXPECT_EQ(starts_before_job, 1);
+  }
+  workers.AtNextStart([] { FAIL(); });
+}
+
+TEST(WorkersTest, TheOwnerDoesItsOwnJobsAtOnce) {
   for (const int threads : {0, 1}) {
     Workers workers(threads);
-    std::vector<std::thread::id> done_by;
-    workers.AfterNextPost([&] { done_by.push_back(std::this_thread::get_id()); });
-    EXPECT_TRUE(done_by.empty());
-    Task first;
-    Task second;
-    workers.Post(first);
-    EXPECT_EQ(done_by, std::vector{std::this_thread::get_id()});
-    workers.Post(second);
-    EXPECT_EQ(done_by.size(), 1u);
-    workers.Finish(first);
-    workers.Finish(second);
-    workers.AfterNextPost([] { FAIL(); });
+    HeldTask held;
+    Task waiting;
+    Task own;
+    if (threads > 0) {
+      workers.Post(held);
+      held.AwaitBegin();
+    }
+    workers.Post(waiting);
+    workers.Post(own, Workers::Who::kOwner);
+    EXPECT_EQ(own.thread(), std::this_thread::get_id());
+    EXPECT_EQ(own.runs(), 1);
+    EXPECT_EQ(waiting.runs(), 0);
+    workers.Finish(own);
+    EXPECT_EQ(own.runs(), 1);
+    held.LetGo();
+    workers.Drop(held);
+    workers.Finish(waiting);
+    EXPECT_EQ(waiting.runs(), 1);
   }
+}
+
+TEST(WorkersTest, NoThreadIsStartedForAJobLeftToThoseThereAre) {
+  Workers workers(2);
+  Task nobodys;
+  workers.Post(nobodys, Workers::Who::kThreadsThereAre);
+  workers.Finish(nobodys);
+  EXPECT_EQ(nobodys.thread(), std::this_thread::get_id());
+
+  HeldTask held;
+  Task behind;
+  workers.Post(held);
+  held.AwaitBegin();
+  workers.Post(behind, Workers::Who::kThreadsThereAre);
+  workers.Rest();
+  held.LetGo();
+  while (behind.runs() == 0) std::this_thread::yield();
+  workers.Finish(behind);
+  workers.Finish(held);
+  EXPECT_EQ(behind.thread(), held.thread());
 }
 
 TEST(WorkersTest, NoMoreThreadsThanProcessors) {
