@@ -186,7 +186,7 @@ class SectionReader {
     if (row != 0) sections_[static_cast<std::size_t>(row) - 1].stands_alone = false;
   }
 
-  static constexpr std::size_t kMany = 1024;
+  static constexpr std::size_t kMany = 128;
   static constexpr std::size_t kFewestBytes = 16;
 
   LevelBase& list_;
