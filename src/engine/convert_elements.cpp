@@ -43,7 +43,7 @@ void BXLevelBasis::Convert(const Ref<ElementTable>& aReport, const Ref<ElementTa
       context_->Yield();
       if (row > 1 && aDiffFile->Row(row).status != aDiffFile->Row(row - 1).status) {
         if (before_insert_) before_insert_->CompleteInsertions();
-        aReport->Settle();
+        aReport->SettleManyChanges();
       }
       ApplyDifference(aDiffFile, row);
     }

@@ -92,7 +92,11 @@ std::int32_t ElementTable::RowOfSlot(std::uint32_t slot) const {
 }
 
 RowOrder& ElementTable::Edit() {
-  if (!order_) order_ = std::make_unique<RowOrder>(static_cast<std::uint32_t>(slots_.size()));
+  if (!order_) {
+    order_ = std::make_unique<RowOrder>(static_cast<std::uint32_t>(slots_.size()));
+    edits_ = 0;
+  }
+  ++edits_;
   return *order_;
 }
 
@@ -203,6 +207,11 @@ void ElementTable::Settle() {
   order_.reset();
   for (std::uint32_t row = 0; row < rows; ++row) MoveRound(slots_, from, row);
   slots_.erase(slots_.begin() + static_cast<std::ptrdiff_t>(rows), slots_.end());
+}
+
+void ElementTable::SettleManyChanges() {
+  constexpr std::size_t kRowsPerEdit = 8;
+  if (edits_ * kRowsPerEdit > slots_.size()) Settle();
 }
 
 void ElementTable::DropIndex() const {

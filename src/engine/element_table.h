@@ -90,6 +90,8 @@ class ElementTable : public RefCounted {
   // Brings storage back into row order after a run of insertions and deletions, so that walking
   // the rows is fast again. Changes nothing that can be seen.
   void Settle();
+  // The same unless there have been few of them, which are no reason to lose what searches use.
+  void SettleManyChanges();
 
  private:
   // Calls visit(element) for the rows from `row` on until it returns false.
@@ -115,6 +117,7 @@ class ElementTable : public RefCounted {
   Ref<TextPool> pool_;
   std::vector<Element> slots_;
   std::unique_ptr<RowOrder> order_;  // none while slots stand in row order
+  std::size_t edits_ = 0;            // since there was none
   mutable std::unique_ptr<ElementIndex> index_;
   mutable std::int32_t scans_ = 0;  // since there was an index last
   std::uint32_t rearrangements_ = 0;

@@ -67,7 +67,8 @@ class RandomRun {
     if (choice < 930) return ChangeRest();
     if (choice < 935) return ChangeIdentity();
     if (choice < 960 && rows_->size() > kind_.rows) return DeleteRun();
-    if (choice < 966) return table_->Settle();
+    if (choice < 960) return table_->Settle();
+    if (choice < 966) return table_->SettleManyChanges();
     if (choice < 968) return Sort();
     if (choice < 970) return DeleteSome();
     if (choice == 970) DeleteEverything();
