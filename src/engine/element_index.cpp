@@ -18,6 +18,7 @@ namespace tessary {
 namespace {
 
 constexpr std::size_t kFirstSize = 32;
+constexpr std::size_t kMostReserved = 4096;  // a very long list may have few groups
 
 }  // namespace
 
@@ -25,6 +26,7 @@ ElementIndex::ElementIndex(const TextPool& pool, const std::vector<Element>& slo
                            const std::vector<std::uint32_t>& row_order)
     : pool_(pool), slots_(slots) {
   Grow(std::max(kFirstSize, std::bit_ceil(2 * (row_order.size() + 1))));
+  groups_.reserve(std::min(row_order.size(), kMostReserved));
   group_of_.assign(slots.size(), kNone);
   next_.assign(slots.size(), kNone);
   for (const std::uint32_t slot : row_order) Appended(slot);

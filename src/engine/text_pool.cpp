@@ -55,7 +55,10 @@ bool IsFoldedAscii(std::string_view text) {
 
 }  // namespace
 
-TextPool::TextPool() : table_(kFirstTableSize) { Insert({}, Hash({}) & Mask(), Hash({})); }
+TextPool::TextPool() : table_(kFirstTableSize) {
+  entries_.reserve(kFirstTableSize / 2);
+  Insert({}, Hash({}) & Mask(), Hash({}));
+}
 
 TextPool::~TextPool() = default;
 

@@ -23,6 +23,8 @@ class WriteTable : public RefCounted {
   bool takes_blocks() const { return takes_blocks_; }
   std::int32_t rows() const { return static_cast<std::int32_t>(rows_.size()); }
 
+  // Makes room for so many rows in all.
+  void Reserve(std::size_t rows) { rows_.reserve(rows); }
   // Starts a row; what is appended to the returned text until the next call is the row's text.
   std::string& Append(std::int32_t level);
   void Append(std::int32_t level, std::string_view text) { Append(level).append(text); }

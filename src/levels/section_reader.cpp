@@ -55,14 +55,16 @@ constexpr auto kStops = [] {
 
 class SectionReader {
  public:
-  // `other`: of another release, or null.
+  // `other`: of another release, or null; `collects`: whether sections are to be taken, which
+  // needs level 0.
   SectionReader(LevelBase& list, std::string_view text, std::int32_t level,
-                const FileSections* other)
+                const FileSections* other = nullptr, bool collects = false)
       : list_(list),
         text_(text),
         level_(level),
         stops_(kStops[static_cast<std::size_t>(level)]),
-        other_(other) {}
+        other_(other),
+        collects_(collects) {}
 
   // Takes one line that is a section or a property. The section before a topmost line must have
   // been ended.
@@ -111,11 +113,12 @@ class SectionReader {
 
  private:
   void BeginSection(const LineWalker& line) {
-    if (++count_ == kMany) ReserveForRest(line);
+    ++count_;
+    if (count_ == kSome || count_ == kMany) ReserveForRest(line);
     contents_ = line.end();
     last_type_ = line.type();
     previous_ = {};
-    if (level_ != 0) return;
+    if (!collects_) return;
     if (!sections_.empty()) {
       FileSections::Section& before = sections_.back();
       before.text = Between(before.text.data(), line.end());
@@ -126,12 +129,15 @@ class SectionReader {
     sections_.push_back({Between(line.begin(), line.end()), 0, true});
   }
 
-  // A long list would be moved as often as it grows, and what it leaves behind is of little use.
-  // How many elements there will be is a guess, so not much is staked on it.
+  // A list would be moved as often as it grows, and what it leaves behind is of little use. How
+  // many elements there will be is a guess, so not much is staked on it, the less the earlier.
   void ReserveForRest(const LineWalker& line) {
     const auto read = static_cast<std::size_t>(line.end() - text_.data());
-    const std::size_t guess = kMany + (text_.size() - read) / (read / kMany) * 17 / 16;
-    list_.ElementArray()->Reserve(std::min(guess, text_.size() / kFewestBytes));
+    const std::size_t guess = count_ + (text_.size() - read) / (read / count_) * 17 / 16;
+    const std::size_t most = count_ == kSome ? kMany : text_.size() / kFewestBytes;
+    const std::size_t size = std::min(guess, most);
+    list_.ElementArray()->Reserve(size);
+    if (collects_) sections_.reserve(size);
   }
 
   // Lines below a property, which can have a value, are read at once; hardly any report has them.
@@ -177,7 +183,7 @@ class SectionReader {
     TextPool& pool = elements->pool();
     const std::int32_t row = owner_fields_.Set(elements, pool.Intern(found->owner), found->field,
                                                pool.Intern(ValueOfProperty(text)));
-    if (level_ == 0 && row != elements->rows()) NoteReach(row);
+    if (collects_ && row != elements->rows()) NoteReach(row);
   }
 
   // The last section has a property that belongs to the one of row `row`, 0 for none.
@@ -186,7 +192,8 @@ class SectionReader {
     if (row != 0) sections_[static_cast<std::size_t>(row) - 1].stands_alone = false;
   }
 
-  static constexpr std::size_t kMany = 128;
+  static constexpr std::size_t kSome = 128;
+  static constexpr std::size_t kMany = 4096;
   static constexpr std::size_t kFewestBytes = 16;
 
   LevelBase& list_;
@@ -194,12 +201,13 @@ class SectionReader {
   const std::int32_t level_;
   const FirstLetters& stops_;
   const FileSections* other_;
+  const bool collects_;
   std::int32_t next_of_other_ = 1;
   std::size_t count_ = 0;  // of elements
   OwnerFields owner_fields_;
-  std::vector<FileSections::Section> sections_;  // of level 0
-  std::int64_t first_line_ = 0;                  // of the last one
-  bool is_read_ = false;                         // the last one, line by line
+  std::vector<FileSections::Section> sections_;
+  std::int64_t first_line_ = 0;  // of the last one
+  bool is_read_ = false;         // the last one, line by line
   BXLineType last_type_ = bxltUnknown;
   const char* contents_ = nullptr;
   bool has_contents_ = false;
@@ -232,19 +240,17 @@ bool ReadLines(LineWalker& line, std::int32_t level, SectionReader& reader,
 void ReadSection(LevelBase& list, std::string_view text) {
   const std::int32_t level = list.ClassNumber();
   LineWalker line(text, level == 0 ? 0 : level - 1);
-  SectionReader reader(list, text, level, nullptr);
+  SectionReader reader(list, text, level);
   ReadLines(line, level, reader, nullptr);
 }
 
 std::int32_t ReadReportText(LevelBase& list, std::string_view text, const EngineContext& context,
-                            std::int64_t& line_count, FileSections& sections) {
+                            std::int64_t& line_count, FileSections* sections) {
   LineWalker line(text, 0);
-  SectionReader reader(list, text, 0, sections.elements ? &sections : nullptr);
-  if (!ReadLines(line, 0, reader, &context)) {
-    sections = {};
-    return -1;
-  }
-  sections = {list.ElementArray(), reader.TakeSections()};
+  const bool collects = sections && !sections->elements;
+  SectionReader reader(list, text, 0, collects ? nullptr : sections, collects);
+  if (!ReadLines(line, 0, reader, &context)) return -1;
+  if (collects) *sections = {list.ElementArray(), reader.TakeSections()};
   line_count = line.count();
   return line.level();
 }

@@ -36,10 +36,10 @@ void ReadSection(LevelBase& list, std::string_view text);
 
 // The same for the lines of a whole report, which may be anything. Returns the level of the last
 // line, or -1 when the text is not well nested or has lines with a status; `list` is of no use
-// then. `line_count` becomes the number of lines, unless -1 is returned. `sections`: those of
-// another release, read with the same context and unchanged since, or none; becomes those of this
-// one, none after -1.
+// then. `line_count` becomes the number of lines, unless -1 is returned. `sections`: may be null;
+// those of another release, read with the same context and unchanged since; or none: then they
+// become those of this one, unless -1 is returned.
 std::int32_t ReadReportText(LevelBase& list, std::string_view text, const EngineContext& context,
-                            std::int64_t& line_count, FileSections& sections);
+                            std::int64_t& line_count, FileSections* sections);
 
 }  // namespace tessary

@@ -78,16 +78,16 @@ void EncodeReport(const Ref<EngineContext>& context, const std::string& name,
   constexpr std::size_t kLongestLine = 4096;
   std::string text;
   text.reserve(kPieceSize + kLongestLine);
-  const auto encode = [&] {
-    write.Run([&] { take(EncodeWindows1252(std::move(text))); });
-    text = {};
-    text.reserve(kPieceSize + kLongestLine);
-  };
+  const auto encode = [&] { write.Run([&] { take(EncodeWindows1252(std::move(text))); }); };
   bool more = next.Run([&] { return store.AppendFirstBlock(text); });
   while (more) {
     context->Yield();
     text.append("\r\n");
-    if (text.size() >= kPieceSize) encode();
+    if (text.size() >= kPieceSize) {
+      encode();
+      text = {};
+      text.reserve(kPieceSize + kLongestLine);
+    }
     more = next.Run([&] { return store.AppendNextBlock(text); });
   }
   encode();

@@ -24,7 +24,7 @@ struct ReadStatistics {
 // Reads a report or difference file, Windows-1252 with lines ending in LF or CRLF, into an element
 // array; null for a file without lines. Raises Failure and leaves entries in the context's error
 // collection; `statistics` may be null and is set on success. `sections`: may be null; those of
-// another release of the report, read with the same context and unchanged since, or none; they
+// another release of the report, read with the same context and unchanged since; or none, which
 // become those of this one.
 Ref<ElementTable> ReadReport(FileSystem& files, const Ref<EngineContext>& context,
                              const std::string& path, ReadStatistics* statistics,

@@ -42,7 +42,7 @@ class BXReportFile {
   // they are. The tree is the same as that of AddLine for every line, but the contents of sections
   // are read only when they are asked for, so the text must be one that the context's pool has
   // adopted. `sections`: may be null; those of another release of the report, read with the same
-  // context and unchanged since, or none; they become those of this one.
+  // context and unchanged since; or none, which become those of this one.
   std::int64_t AddLines(std::string_view strLines, FileSections* sections = nullptr);
 
   // The first line; empty when there is none. Changes nothing in the tree but the numbers that the

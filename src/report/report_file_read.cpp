@@ -74,13 +74,11 @@ void BXReportFile::CheckLine(std::string_view strLine, BXLineType& lineType) {
 
 std::int64_t BXReportFile::AddLines(std::string_view strLines, FileSections* sections) {
   std::int64_t count = 0;
-  FileSections none;
   const Ref<Level> top = context_->CreateLevel(0);
   // What can fail here, memory above all, could fail with any line.
   const Procedure procedure = InProcedure("AddLine", "Fehler beim Auswerten einer Zeile.");
   const std::int32_t level = procedure.Run([&] {
-    return ReadReportText(static_cast<LevelBase&>(*top), strLines, *context_, count,
-                          sections ? *sections : none);
+    return ReadReportText(static_cast<LevelBase&>(*top), strLines, *context_, count, sections);
   });
   if (level >= 0) {
     m_objLevel[0] = top;

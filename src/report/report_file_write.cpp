@@ -2,12 +2,26 @@
 // lines that its level, compared with that of the row before, makes due. Between two section
 // headers of one level an empty block is put back, because reading drops braces.
 
+#include <algorithm>
+
 #include "platform/failure.h"
 #include "platform/text.h"
 #include "report/line_syntax.h"
 #include "report/report_file.h"
 
 namespace tessary {
+namespace {
+
+// Most sections are two rows: their header, and all that stands below it. A very long list may have
+// few sections.
+Ref<WriteTable> NewTableOfBlocks(const Ref<ElementTable>& array) {
+  constexpr std::int32_t kMostReserved = 4096;
+  auto table = MakeRef<WriteTable>(true);
+  if (array) table->Reserve(2 * static_cast<std::size_t>(std::min(array->rows(), kMostReserved)));
+  return table;
+}
+
+}  // namespace
 
 std::string BXReportFile::GetFirstLine() {
   std::string line;
@@ -23,7 +37,7 @@ bool BXReportFile::AppendFirst(std::string& text, bool blocks) {
     m_strLastOutput = {};
     m_bBlockOpen = false;
     if (!m_aWrite) {
-      if (blocks) m_aWrite = MakeRef<WriteTable>(true);
+      if (blocks) m_aWrite = NewTableOfBlocks(m_objLevel[0]->ElementArray());
       m_objLevel[0]->PrepareWriting(m_aWrite, 0);
     }
     if (!m_aWrite || m_aWrite->rows() == 0) return false;

@@ -73,7 +73,6 @@ TEST(FileSections, AreNoneOfADamagedFile) {
   const TestEngine engine;
   FileSections sections;
   std::int64_t lines = 0;
-  Read(engine, "[A]\nX=1\n[B]\n", sections, lines);
   Read(engine, "[A]\nX=1\n[B]\n}\n}\n", sections, lines);
   EXPECT_FALSE(sections.elements);
   EXPECT_THAT(sections.sections, IsEmpty());
@@ -139,7 +138,7 @@ TEST(OtherRelease, MakesNoDifference) {
 
     FileSections only;
     EXPECT_EQ(Dump(other), Dump(Read(alone, row.other, only, other_lines))) << row.what;
-    EXPECT_EQ(Alone(sections), Alone(none)) << row.what;
+    EXPECT_EQ(Alone(sections), sections.elements == other ? Alone(only) : Alone(none)) << row.what;
   }
 }
 

@@ -22,7 +22,7 @@ namespace tessary {
 
 namespace {
 
-constexpr std::size_t kBlockSize = std::size_t{256} << 10;
+constexpr std::size_t kBlockSize = std::size_t{32} << 10;
 
 bool StatusOf(const std::string& path, struct stat& status) {
   return path.find('\0') == std::string::npos && stat(path.c_str(), &status) == 0;
