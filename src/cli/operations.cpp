@@ -17,6 +17,7 @@
 #include "cli/run_summary.h"
 #include "cli/tessary.h"
 #include "manager/convert_ll_mgr.h"
+#include "manager/work_ahead.h"
 #include "platform/failure.h"
 #include "platform/heap.h"
 #include "platform/overlay_files.h"
@@ -226,7 +227,7 @@ bool ResultFilesAreWritable(const CommandLine& line, const CommandSurroundings& 
 // somewhat more than this. In a folder one report after the other takes the memory of the first,
 // which only has to stay.
 HeapPages PrepareHeapFor(const CommandLine& line, FileSystem& files) {
-  constexpr std::size_t kBytesPerByte = 7;
+  constexpr std::size_t kBytesPerByte = 6;
   if (line.command != CommandId::kDiff && line.command != CommandId::kConvert) {
     return PrepareHeap(0);
   }
@@ -238,15 +239,25 @@ HeapPages PrepareHeapFor(const CommandLine& line, FileSystem& files) {
   }
 }
 
+class PagesAhead final : public Job {
+ public:
+  explicit PagesAhead(const HeapPages& pages) : pages_(pages) {}
+
+ private:
+  void Run() noexcept override { GetPages(pages_); }
+
+  HeapPages pages_;
+};
+
 // Where another thread helps with a single report, that gets the pages while this one begins.
-void GetPagesFor(const CommandLine& line, const CommandSurroundings& around) {
+PostedWork<PagesAhead> GetPagesFor(const CommandLine& line, const CommandSurroundings& around) {
   const HeapPages pages = PrepareHeapFor(line, around.files);
   Workers* const workers = WorkersFor(line, around);
-  if (workers && workers->threads() > 0 && line.command == CommandId::kConvert) {
-    workers->AtNextStart([pages] { GetPages(pages); });
-  } else {
-    GetPages(pages);
+  if (pages.size > 0 && workers && line.command == CommandId::kConvert) {
+    return {*workers, std::make_unique<PagesAhead>(pages)};
   }
+  GetPages(pages);
+  return {};
 }
 
 }  // namespace
@@ -254,7 +265,7 @@ void GetPagesFor(const CommandLine& line, const CommandSurroundings& around) {
 int RunOperation(const CommandLine& line, const CommandSurroundings& around) {
   // Without a place for what is asked for nothing shall have happened.
   if (!ResultFilesAreWritable(line, around)) return kExitWrongUsage;
-  GetPagesFor(line, around);
+  const PostedWork<PagesAhead> pages = GetPagesFor(line, around);
   OverlayFiles trial(around.files);
   FileSystem& files = line.dry_run ? static_cast<FileSystem&>(trial) : around.files;
   return OperationRun(line, around, files).Run();

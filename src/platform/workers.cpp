@@ -19,11 +19,6 @@ void Workers::Rest() {
   changed_.notify_all();
 }
 
-void Workers::AtNextStart(std::function<void()> work) {
-  const Lock lock(mutex_);
-  at_start_ = std::move(work);
-}
-
 void Workers::Post(Job& job, Who who) {
   Lock lock(mutex_);
   waiting_.push_back(&job);
@@ -48,11 +43,6 @@ void Workers::StartThread() {
 
 void Workers::Serve() {
   Lock lock(mutex_);
-  if (const auto work = std::exchange(at_start_, nullptr)) {
-    lock.unlock();
-    work();
-    lock.lock();
-  }
   for (;;) {
     ++idle_;
     changed_.wait(lock, [this] { return resting_ || !waiting_.empty(); });

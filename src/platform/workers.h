@@ -2,7 +2,6 @@
 
 #include <condition_variable>
 #include <deque>
-#include <functional>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -51,9 +50,6 @@ class Workers {
 
   // Has a job done at some time. It must live until it is finished or dropped.
   void Post(Job& job, Who who = Who::kAnyThread);
-  // Something small that the next thread to be started does before any job. Never done where none
-  // is started any more.
-  void AtNextStart(std::function<void()> work);
   // Returns when the posted job is done. While others do it, the caller does what is waiting.
   void Finish(Job& job);
   // Takes a posted job back: one that has not begun never will, one that runs is waited for.
@@ -77,7 +73,6 @@ class Workers {
   int running_ = 0;  // threads that have not ended
   int idle_ = 0;     // of these
   bool resting_ = false;
-  std::function<void()> at_start_;
   std::vector<std::thread> threads_;
 };
 

@@ -154,24 +154,6 @@ TEST(WorkersTest, WorkGoesOnAfterARest) {
   workers.Drop(on_a_thread);
 }
 
-TEST(WorkersTest, AThreadThatStartsDoesFirstWhatItIsToldTo) {
-  Workers workers(1);
-  std::atomic<int> starts = 0;
-  workers.AtNextStart([&] { ++starts; });
-  Task here;
-  workers.Post(here, Workers::Who::kOwner);
-  EXPECT_EQ(starts, 0);
-  for (int round = 0; round < 2; ++round) {
-    std::atomic<int> starts_before_job = -1;
-    Task task([&] { starts_before_job = starts.load(); });
-    workers.Post(task);
-    while (starts_before_job < 0) std::this_thread::yield();
-    workers.Finish(task);
-    EXPECT_EQ(starts_before_job, 1);
-  }
-  workers.AtNextStart([] { FAIL(); });
-}
-
 TEST(WorkersTest, TheOwnerDoesItsOwnJobsAtOnce) {
   for (const int threads : {0, 1}) {
     Workers workers(threads);
