@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -181,9 +182,16 @@ class SectionReader {
     }
     const Ref<ElementTable> elements = list_.ElementArray();
     TextPool& pool = elements->pool();
-    const std::int32_t row = owner_fields_.Set(elements, pool.Intern(found->owner), found->field,
-                                               pool.Intern(ValueOfProperty(text)));
+    const Symbol value = pool.Intern(ValueOfProperty(text));
+    const std::int32_t row =
+        owner_fields_.Set(elements, OwnerOf(*found, pool), found->field, value);
     if (collects_ && row != elements->rows()) NoteReach(row);
+  }
+
+  Symbol OwnerOf(const OwnerProperty& property, TextPool& pool) {
+    Symbol& owner = owners_[static_cast<std::size_t>(&property - kOwnerProperties)];
+    if (owner == Symbol::kEmpty) owner = pool.Intern(property.owner);
+    return owner;
   }
 
   // The last section has a property that belongs to the one of row `row`, 0 for none.
@@ -205,6 +213,7 @@ class SectionReader {
   std::int32_t next_of_other_ = 1;
   std::size_t count_ = 0;  // of elements
   OwnerFields owner_fields_;
+  std::array<Symbol, std::size(kOwnerProperties)> owners_{};  // as far as there were properties
   std::vector<FileSections::Section> sections_;
   std::int64_t first_line_ = 0;  // of the last one
   bool is_read_ = false;         // the last one, line by line
