@@ -153,8 +153,8 @@ class BXConvertLLMgr {
                      const std::string& wanted_backup_folder);
   Outcome BackUp(const std::string& report_path, const std::string& diff_path,
                  std::string& backup_folder, PostedWork<ConversionAhead>& conversion);
-  bool IsSavedMeanwhile(const std::string& report_path, const std::string& diff_path,
-                        const std::string& backup_folder, PostedWork<ConversionAhead>& conversion);
+  bool SaveMeanwhile(const std::string& report_path, const std::string& diff_path,
+                     const std::string& backup_folder, PostedWork<ConversionAhead>& conversion);
   DiffFileName CheckDifferenceFile(Step& step, const std::string& path);
   std::unique_ptr<ConversionAhead> PrepareConversion(ConversionPlan plan);
   void ConvertBy(Step& step, const ConversionStep& what, const std::string& versions,

@@ -55,6 +55,14 @@ ConversionStep StepOf(const std::string& report_path, const std::string& diff_pa
   return {report_path, diff_path, versions.old_version, versions.new_version};
 }
 
+bool IsLarge(FileSystem& files, const std::string& report_path) {
+  try {
+    return files.OpenForReading(report_path)->SizeHint() > kLargestAhead;
+  } catch (const Failure&) {
+    return false;  // the conversion itself tells of it
+  }
+}
+
 std::unique_ptr<StepObserver> ObserverOf(const ConversionStep& step, StepObservers* steps) {
   return steps ? steps->Begin(step) : nullptr;
 }
@@ -167,7 +175,7 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::BackUp(const std::string& report_path,
   Answer answer = folder.answer;
   if (answer == Answer::kYes) {
     around_.user.SetMousePointer(MousePointer::kHourglass);
-    if (!folder.skip && !IsSavedMeanwhile(report_path, diff_path, folder.path, conversion)) {
+    if (!folder.skip && !SaveMeanwhile(report_path, diff_path, folder.path, conversion)) {
       answer = BackupReport(around_, folder.path, report_folder, FileNameOf(report_path));
     }
   }
@@ -180,17 +188,24 @@ BXConvertLLMgr::Outcome BXConvertLLMgr::BackUp(const std::string& report_path,
 }
 
 // Has another thread save the report while this one converts it. The conversion takes longer, so
-// it is not the one that has to wait for the thread's start. False when the report is yet to be
+// it is not the one that has to wait for the thread's start. Of a large report it is the other way
+// round, since the user may have to be asked about the copy. False when the report is yet to be
 // saved.
-bool BXConvertLLMgr::IsSavedMeanwhile(const std::string& report_path, const std::string& diff_path,
-                                      const std::string& backup_folder,
-                                      PostedWork<ConversionAhead>& conversion) {
+bool BXConvertLLMgr::SaveMeanwhile(const std::string& report_path, const std::string& diff_path,
+                                   const std::string& backup_folder,
+                                   PostedWork<ConversionAhead>& conversion) {
   if (!around_.workers) return false;
   Workers& workers = *around_.workers;
+  const bool takes_long = IsLarge(around_.files, report_path);
   PostedWork<ReplacementAhead> replacement;
-  std::unique_ptr<ConversionAhead> work =
-      PrepareConversion({report_path, {}, diff_path, SIZE_MAX, &replacement});
+  std::unique_ptr<ConversionAhead> work = PrepareConversion(
+      {report_path, {}, diff_path, SIZE_MAX, takes_long ? nullptr : &replacement});
   if (!work) return false;
+  if (takes_long) {
+    conversion = {workers, std::move(work)};
+    workers.Rest();
+    return false;
+  }
   const std::string copy_path = JoinPath(backup_folder, FileNameOf(report_path));
   replacement = {workers, std::make_unique<ReplacementAhead>(around_.files, report_path)};
   const PostedWork<ConversionAhead> copy(workers, PrepareConversion({report_path, copy_path, {}}),

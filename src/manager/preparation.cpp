@@ -90,7 +90,6 @@ std::optional<NewContents> ComparisonAhead::Prepare(const Ref<EngineContext>& co
 }
 
 std::optional<NewContents> ConversionAhead::Prepare(const Ref<EngineContext>& context) {
-  DependOn(plan_.report_path);
   if (!plan_.copy_path.empty()) {
     is_saved_ = files().AddCopy(plan_.report_path, plan_.copy_path);
     if (!is_saved_) return std::nullopt;

@@ -103,7 +103,8 @@ struct ConversionPlan {
   std::string copy_path;  // where the report is to be saved first; empty for nowhere
   std::string diff_path;  // empty when the report is only to be saved
   std::size_t largest = kLargestAhead;
-  // Who opens the report for being replaced; null: whoever converts it.
+  // Who opens the report for being replaced; null: whoever converts it. Asked only while the report
+  // is converted, by the owner of the workers.
   const PostedWork<ReplacementAhead>* replacement = nullptr;
 };
 
@@ -113,7 +114,9 @@ class ConversionAhead final : public Preparation {
  public:
   // `observer` may be null.
   ConversionAhead(FileSystem& files, ConversionPlan plan, std::unique_ptr<StepObserver> observer)
-      : Preparation(files, plan.largest), plan_(std::move(plan)), observer_(std::move(observer)) {}
+      : Preparation(files, plan.largest), plan_(std::move(plan)), observer_(std::move(observer)) {
+    DependOn(plan_.report_path);  // before anybody opens it
+  }
 
   bool IsFor(const std::string& report_path, const std::string& diff_path) const {
     return report_path == plan_.report_path && diff_path == plan_.diff_path;
@@ -126,6 +129,7 @@ class ConversionAhead final : public Preparation {
 
  private:
   std::optional<NewContents> Prepare(const Ref<EngineContext>& context) override;
+
   ConversionPlan plan_;
   std::unique_ptr<StepObserver> observer_;
   bool is_saved_ = false;

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "manager/work_ahead.h"
 #include "platform/path.h"
 #include "support/manager_test_base.h"
@@ -257,6 +259,24 @@ TEST_F(PreparationTest, WithoutAReplacementThereAreOnlyBytes) {
   ReplacementAhead without_room(files_, report_);
   Do(without_room);
   EXPECT_FALSE(without_room.Take());
+}
+
+// Nobody shall wait for a long conversion before being asked.
+TEST_F(PreparationTest, OnlyASmallReportIsConvertedBeforeItIsKnownToBeSaved) {
+  for (const bool is_large : {false, true}) {
+    memory_.Put(report_, SmallReport(3) + (is_large ? std::string(kLargestAhead, '\n') : ""));
+    files_.Reset();
+    files_.FailCallsFrom(FileCall::kCopy, 1, kDiskFull);
+    RecordingUser user;
+    user.AnswerAlways(Answer::kNo);
+    BXConvertLLMgr manager(log_, {.files = files_, .user = user, .workers = &workers_});
+    EXPECT_FALSE(manager.ConvertReport(report_, diff_, Folder("Bak")));
+    const bool has_read_differences =
+        std::any_of(files_.calls().begin(), files_.calls().end(),
+                    [&](const FailingFiles::Call& call) { return call.path == diff_; });
+    EXPECT_EQ(has_read_differences, !is_large);
+    EXPECT_TRUE(memory_.Get(report_).starts_with(SmallReport(3)));
+  }
 }
 
 TEST_F(PreparationTest, ItsObserverHearsOfTheDifferences) {
