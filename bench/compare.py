@@ -184,13 +184,15 @@ def stage_times(program, runs, quick):
     """Median time in nanoseconds of each stage, by (stage, shape, lines), per line and whole."""
     only = ["--benchmark_filter=.*/5000/"] if quick else []
     with tempfile.NamedTemporaryFile("r") as out:
+        # A machine that is faster for some seconds would favour the stages of these seconds.
         subprocess.run([program, f"--benchmark_repetitions={runs}",
+                        "--benchmark_enable_random_interleaving=true",
                         "--benchmark_report_aggregates_only=true", f"--benchmark_out={out.name}",
                         "--benchmark_out_format=json"] + only,
                        check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         results = json.load(out)["benchmarks"]
     times = {}
-    for result in results:
+    for result in sorted(results, key=lambda result: result["family_index"]):
         if result["aggregate_name"] != "median":
             continue
         stage, shape, _, lines = result["run_name"].split("/")[:4]
