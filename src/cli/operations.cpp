@@ -249,17 +249,15 @@ class PagesAhead final : public Job {
   HeapPages pages_;
 };
 
-// Where there is another thread, that gets the pages while this one begins.
+// Where another thread helps with a single report, that gets the pages while this one begins.
 PostedWork<PagesAhead> GetPagesFor(const CommandLine& line, const CommandSurroundings& around) {
   const HeapPages pages = PrepareHeapFor(line, around.files);
   Workers* const workers = WorkersFor(line, around);
-  if (pages.size == 0 || !workers) {
-    GetPages(pages);
-    return {};
+  if (pages.size > 0 && workers && line.command == CommandId::kConvert) {
+    return {*workers, std::make_unique<PagesAhead>(pages)};
   }
-  PostedWork<PagesAhead> work(*workers, std::make_unique<PagesAhead>(pages));
-  if (line.command == CommandId::kDiff) workers->Rest();  // it has no other work for them
-  return work;
+  GetPages(pages);
+  return {};
 }
 
 }  // namespace
