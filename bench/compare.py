@@ -254,7 +254,7 @@ def main():
             rows.append((case, measure(case, runs)))
             print(table_of_cases(rows)[-1], file=sys.stderr, flush=True)
         lines += table_of_cases(rows)
-    stage_runs = 5 if quick else 9
+    stage_runs = runs
     times = stage_times(build + "/bench/bench_stages", stage_runs, quick)
     lines += [""] + table_in_process(times)
     lines += ["", "Nanoseconds of processor time per line of the old report, medians of "
